@@ -1,0 +1,9 @@
+#include "ControlBlock.h"
+
+#include <unistd.h>
+
+CSCtrlBlock* xnzCSCtrl = nullptr;
+
+std::int32_t reducedProcessId() {
+    return reduceProcessId(getpid());
+}

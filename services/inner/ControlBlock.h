@@ -1,0 +1,38 @@
+// The control block of the common services: one record a process, from which all the services
+// take their state. It is made by the start of the services and released by their stop.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+
+struct CCSIDNode;  // the conversion's own; here only the root of its tree is kept
+
+constexpr std::size_t kServiceNameSize = 8;
+
+// The two names have no terminator of their own: the zero fill ends them.
+struct CSCtrlBlock {
+    char programName[kServiceNameSize];
+    std::int32_t processId;        // the reduced process id of the process that started
+    std::int32_t inFailureReport;  // 1 while a failure report is being written
+    std::int32_t traceIsOn;        // 1 from the moment the trace file is open
+    std::int32_t userTrace;        // 1 when user tracing was asked for
+    std::FILE* traceFile;          // null if there is none; open until the services stop
+    std::int32_t traceRequested;   // 1 when the trace variable is present
+    std::int32_t systemCodePage;
+    CCSIDNode* ccsidTable;               // null until a table has been read completely
+    char serviceName[kServiceNameSize];  // the root of all names that the services derive
+};
+
+// Null before the start and after the stop.
+extern CSCtrlBlock* xnzCSCtrl;
+
+// A process id brought down to the five digits that fit into a file name.
+constexpr std::int32_t reduceProcessId(std::int32_t processId) {
+    constexpr std::int32_t kLargest = 99999;
+    const std::int32_t positive = processId < 0 ? -processId : processId;
+    return positive > kLargest ? positive % (kLargest + 1) : positive;
+}
+
+// The reduced id of this process (getpid, POSIX).
+std::int32_t reducedProcessId();

@@ -1,0 +1,45 @@
+#include "FunctionStack.h"
+
+#include <new>
+
+#include "BoundedText.h"
+
+FunctionStackBlock* pCtl = nullptr;
+
+namespace {
+
+constexpr std::int32_t kColumnsPerLevel = 2;
+
+// The names stay uncleared: `depth` says how many are current.
+FunctionStackBlock* newFunctionStack() {
+    auto* stack = new (std::nothrow) FunctionStackBlock;
+    if (stack != nullptr) {
+        stack->depth = 0;
+    }
+    return stack;
+}
+
+}  // namespace
+
+std::int32_t pushFunction(const char* name) {
+    if (pCtl == nullptr) {
+        pCtl = newFunctionStack();
+    }
+    if (pCtl == nullptr) {
+        return 0;
+    }
+    if (pCtl->depth < kFunctionStackLimit) {
+        BoundedText(pCtl->names[pCtl->depth]).append(name);
+    }
+    return kColumnsPerLevel * pCtl->depth++;
+}
+
+std::int32_t popFunction() {
+    if (pCtl == nullptr) {
+        return 0;
+    }
+    if (pCtl->depth > 0) {
+        --pCtl->depth;
+    }
+    return kColumnsPerLevel * pCtl->depth;
+}

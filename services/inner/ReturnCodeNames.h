@@ -1,0 +1,19 @@
+// The names of return codes, for traces and reports.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+struct ReturnCodeName {
+    std::int32_t code;
+    char name[52];
+};
+
+constexpr std::size_t kReturnCodeNameCount = 209;
+constexpr std::int32_t kReturnCodeNamesEnd = -1;  // the code of the last row
+
+// Not in numeric order: where a code stands twice, the first row wins.
+extern const ReturnCodeName xnzRetList[kReturnCodeNameCount];
+
+// The first row of `code`, or the end row.
+const ReturnCodeName& findReturnCodeName(std::int32_t code);

@@ -1,0 +1,114 @@
+#include "SystemInformation.h"
+
+#include <unistd.h>
+
+#include <clocale>
+#include <cstdlib>
+#include <cstring>
+#include <ctime>
+#include <string_view>
+
+#include "BoundedText.h"
+#include "Codesets.h"
+#include "ReturnCodes.h"
+#include "TraceRecords.h"
+
+namespace {
+
+constexpr std::int32_t kDefaultCodePage = 819;
+constexpr char kDefaultCodeset[] = "88591";
+
+struct CodesetPage {
+    std::string_view codeset;
+    std::int32_t page;
+};
+
+constexpr CodesetPage kCodesetPages[] = {
+    {kDefaultCodeset, kDefaultCodePage},
+    {"88592", 912},
+    {"88595", 915},
+    {"88596", 1089},
+    {"88597", 813},
+    {"88598", 916},
+    {"88599", 920},
+    {"roman8", 1051},
+};
+
+std::int32_t codePageOf(std::string_view codeset) {
+    for (const CodesetPage& row : kCodesetPages) {
+        if (row.codeset == codeset) {
+            return row.page;
+        }
+    }
+    return kDefaultCodePage;
+}
+
+bool isEmpty(const char* text) {
+    return text == nullptr || *text == '\0';
+}
+
+// The locale by its name in the environment, where the system couldn't set it.
+const char* currentLocaleName() {
+    constexpr char kPlainLocale[] = "C";
+    const char* name = std::setlocale(LC_ALL, nullptr);
+    if (isEmpty(name) || std::strcmp(name, kPlainLocale) == 0) {
+        name = std::getenv("LANG");
+    }
+    return isEmpty(name) ? kPlainLocale : name;
+}
+
+// Formats into `out` with its last byte kept free; false when the text doesn't fit.
+bool formatTime(char* out, std::int16_t size, const char* format, const std::tm& time) {
+    return size > 1 && std::strftime(out, static_cast<std::size_t>(size) - 1, format, &time) != 0;
+}
+
+}  // namespace
+
+std::int32_t ObtainSystemCP() {
+    const ServiceTraceScope trace("ObtainSystemCP");
+    std::setlocale(LC_ALL, "");
+    char codeset[kCodesetSize];
+    xnztr_text("About to go off to xnzGetCodeset");
+    xnzGetCodeset(codeset);
+    xnztr_text(".... back with .....");
+    xnztr_text(codeset);
+    const std::int32_t page = codePageOf(codeset);
+    char text[32];
+    BoundedText(text).appendf("Code page is %d", page);
+    xnztr_text(text);
+    return page;
+}
+
+void xnzGetCodeset(char* codeset) {
+    BoundedText(codeset, kCodesetSize).append(kDefaultCodeset);
+    const char* name = currentLocaleName();
+    for (const LocaleCodeset* row = xxxCodesetInfo; row->locale != nullptr; ++row) {
+        if (std::strcmp(row->locale, name) == 0) {
+            BoundedText(codeset, kCodesetSize).append(row->codeset);
+            return;
+        }
+    }
+}
+
+std::int32_t xnzQueryDateTime2(std::int16_t option, char* date, char* time, std::int16_t dateSize,
+                               std::int16_t timeSize) {
+    ServiceTraceScope trace("xnzQueryDateTime2");
+    const std::time_t now = std::time(nullptr);
+    const std::tm* parts = nullptr;
+    if (option == kLocalTime) {
+        parts = std::localtime(&now);
+    } else if (option == kUniversalTime) {
+        parts = std::gmtime(&now);
+    } else {
+        return trace.exitWith(xecU_E_INVALID_OPTION);
+    }
+    const bool formatted = parts != nullptr && formatTime(date, dateSize, "%x ", *parts) &&
+                           formatTime(time, timeSize, "%H:%M:%S", *parts);
+    return trace.exitWith(formatted ? kServiceOk : xecU_E_TIME_ERROR);
+}
+
+void xnzSleep(std::uint32_t milliseconds) {
+    constexpr std::uint32_t kMillisecondsPerSecond = 1000;
+    const bool hasRest = milliseconds % kMillisecondsPerSecond != 0;
+    sleep(milliseconds / kMillisecondsPerSecond + (hasRest ? 1 : 0));
+}

@@ -1,0 +1,122 @@
+#include "TraceControl.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <ctime>
+
+#include "BoundedText.h"
+#include "BuildInformation.h"
+#include "ControlBlock.h"
+#include "FailureReport.h"
+#include "PrivateFile.h"
+#include "ReturnCodes.h"
+#include "ServiceNames.h"
+#include "TraceRecords.h"
+
+std::int32_t xtrTraceIsOn = 0;
+std::int32_t xtrUserTrace = 0;
+const char* const xnz_level = kCodeLevelLine;
+
+namespace {
+
+std::int32_t reportUnopenedTraceFile(const char* path) {
+    xcsINSERTS inserts;
+    inserts.number1 = xecX_E_SERVICE_UNAVAILABLE;
+    inserts.number2 = errno;
+    inserts.text1 = "Unable to open trace file";
+    inserts.text2 = path;
+    inserts.text3 = " ";
+    xnz_xcsWYRD("xnz_xtrOpenTraceFile", 1, inserts);
+    return xecX_E_SERVICE_UNAVAILABLE;
+}
+
+void writeHead(std::FILE* file) {
+    const std::time_t now = std::time(nullptr);
+    const char* started = std::ctime(&now);
+    std::fprintf(file, "\nTrace for program %s started at %s\r\n\r\n",
+                 " ---- Brellin Zentrik ---- ", started != nullptr ? started : "\n");
+    std::fflush(file);
+}
+
+void noteUserTrace(const char* traceValue) {
+    if (*traceValue == 'U' || *traceValue == 'u') {
+        xnzCSCtrl->userTrace = 1;
+        xtrUserTrace = 1;
+    }
+}
+
+void startTracing(const char* traceValue) {
+    xnzCSCtrl->traceRequested = 1;
+    char pathBuffer[kPathSize];
+    BoundedText path(pathBuffer);
+    if (const char* directory = serviceDirectory(); directory != nullptr) {
+        noteUserTrace(traceValue);
+        appendDirectory(path, directory);
+    }
+    appendServiceFileName(path, "TRC");
+    if (path.truncated()) {
+        errno = ENAMETOOLONG;
+        reportUnopenedTraceFile(pathBuffer);
+        return;
+    }
+    xnz_xtrOpenTraceFile(pathBuffer);
+}
+
+void traceBuildDate() {
+    char text[32];
+    BoundedText(text).append("BuildDate ").append(kBuildDate);
+    xnztr_text(text);
+}
+
+}  // namespace
+
+std::int32_t xnz_xtrInitialize() {
+    if (xnzCSCtrl == nullptr) {
+        return kServiceOk;
+    }
+    xnzCSCtrl->processId = reducedProcessId();
+    if (const char* traceValue = serviceVariable("_TRACE"); traceValue != nullptr) {
+        startTracing(traceValue);
+    }
+    if (xnzCSCtrl->traceIsOn != 0) {
+        traceBuildDate();
+    }
+    return kServiceOk;
+}
+
+std::int32_t xnz_xtrOpenTraceFile(const char* path) {
+    std::FILE* file = openPrivateFile(path, "a+");
+    if (file == nullptr) {
+        return reportUnopenedTraceFile(path);
+    }
+    xnzCSCtrl->traceFile = file;
+    if (xnzCSCtrl->traceRequested != 0) {
+        std::setvbuf(file, nullptr, _IONBF, 0);
+    }
+    writeHead(file);
+    xnzCSCtrl->traceIsOn = 1;
+    xtrTraceIsOn = 1;
+    std::fprintf(file, "%s\n", xnz_level);
+    std::fflush(file);
+    if (xnzCSCtrl->userTrace != 0) {
+        std::fputs("\n  !!! User Tracing is activated !!!\n", file);
+        std::fflush(file);
+    }
+    return kServiceOk;
+}
+
+std::int32_t xnz_xtrTerminate() {
+    if (xnzCSCtrl == nullptr) {
+        return kServiceOk;
+    }
+    constexpr char kRow[] = "!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!";
+    { const ServiceTraceScope trace("xnz_xtrTerminate"); }
+    xnztr_text(kRow);
+    xnztr_text("Trace termination - closing trace file");
+    xnztr_text(kRow);
+    if (xnzCSCtrl->traceFile != nullptr) {
+        std::fclose(xnzCSCtrl->traceFile);
+        xnzCSCtrl->traceFile = nullptr;
+    }
+    return kServiceOk;
+}

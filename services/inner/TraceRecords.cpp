@@ -1,0 +1,211 @@
+#include "TraceRecords.h"
+
+#include <sys/time.h>
+
+#include <algorithm>
+#include <cctype>
+#include <cerrno>
+#include <cinttypes>
+#include <cstdio>
+#include <cstring>
+#include <ctime>
+
+#include "BoundedText.h"
+#include "ControlBlock.h"
+#include "FunctionStack.h"
+#include "ReturnCodeNames.h"
+#include "ReturnCodes.h"
+
+namespace {
+
+bool tracing() {
+    return xnzCSCtrl != nullptr && xnzCSCtrl->traceIsOn == 1 && xnzCSCtrl->traceFile != nullptr;
+}
+
+// A trace may not change what its callers see, and errno is a channel of some of them.
+class ErrnoKeeper {
+public:
+    ErrnoKeeper() : saved_(errno) {}
+    ~ErrnoKeeper() { errno = saved_; }
+    ErrnoKeeper(const ErrnoKeeper&) = delete;
+    ErrnoKeeper& operator=(const ErrnoKeeper&) = delete;
+
+private:
+    int saved_;
+};
+
+constexpr int kTimeOfDayLength = 8;
+
+// The "hh:mm:ss" inside the text of ctime.
+const char* timeOfDay() {
+    constexpr std::size_t kOffset = 11;
+    timeval now{};
+    gettimeofday(&now, nullptr);
+    const char* text = std::ctime(&now.tv_sec);
+    return text != nullptr ? text + kOffset : "--:--:--";
+}
+
+constexpr char kDashes[] = "------------------------------------------------------------";
+
+int dashCount(std::int32_t indentation) {
+    return static_cast<int>(
+        std::min<std::size_t>(static_cast<std::size_t>(indentation) + 2, sizeof kDashes - 1));
+}
+
+constexpr std::size_t kBytesPerLine = 16;
+constexpr std::size_t kChunkSize = 4000;
+
+// The dump of one chunk. Runs of equal lines are written once and counted.
+class ChunkDump {
+public:
+    explicit ChunkDump(std::FILE* file) : file_(file) {}
+
+    void addLine(std::size_t offset, const unsigned char* bytes, std::size_t count) {
+        if (count == lastCount_ && std::memcmp(bytes, last_, count) == 0) {
+            ++identicalLines_;
+            return;
+        }
+        writeIdenticalLines();
+        std::memcpy(last_, bytes, count);
+        lastCount_ = count;
+        writeLine(offset, bytes, count);
+    }
+
+    void writeIdenticalLines() {
+        if (identicalLines_ > 0) {
+            std::fprintf(file_, "         --- %d lines identical to above ---\n", identicalLines_);
+            std::fflush(file_);
+            identicalLines_ = 0;
+        }
+    }
+
+private:
+    void writeLine(std::size_t offset, const unsigned char* bytes, std::size_t count) {
+        char hexadecimal[64];
+        char characters[kBytesPerLine + 1];
+        BoundedText digits(hexadecimal);
+        digits.appendf("%04zX  ", offset);
+        for (std::size_t i = 0; i < count; ++i) {
+            digits.appendf("%02X ", static_cast<unsigned>(bytes[i]));
+            characters[i] = std::isprint(bytes[i]) != 0 ? static_cast<char>(bytes[i]) : '.';
+        }
+        characters[count] = '\0';
+        std::fprintf(file_, "         %-54.54s : %-16.16s\n", hexadecimal, characters);
+        std::fflush(file_);
+    }
+
+    std::FILE* file_;
+    unsigned char last_[kBytesPerLine] = {};
+    std::size_t lastCount_ = 0;
+    int identicalLines_ = 0;
+};
+
+void writeTextRecord(const char* text) {
+    std::fprintf(xnzCSCtrl->traceFile, "   ! %s\n", text);
+    std::fflush(xnzCSCtrl->traceFile);
+}
+
+void writeDumpRecord(const unsigned char* bytes, std::size_t length) {
+    ChunkDump dump(xnzCSCtrl->traceFile);
+    const std::size_t end = std::min(length, kChunkSize);
+    for (std::size_t offset = 0; offset < end; offset += kBytesPerLine) {
+        dump.addLine(offset, bytes + offset, std::min(kBytesPerLine, end - offset));
+    }
+    dump.writeIdenticalLines();
+}
+
+}  // namespace
+
+void xnztr_entry(const char* functionName) {
+    if (xnzCSCtrl == nullptr) {
+        return;
+    }
+    const std::int32_t indentation = pushFunction(functionName);
+    if (tracing()) {
+        xnz_trchkgt(functionName, kServiceOk, indentation, 1);
+    }
+}
+
+void xnztr_exit(const char* functionName, std::int32_t returnCode) {
+    if (xnzCSCtrl == nullptr) {
+        return;
+    }
+    const std::int32_t indentation = popFunction();
+    if (tracing()) {
+        xnz_trchkgt(functionName, returnCode, indentation, 0);
+    }
+}
+
+void xnztr_text(const char* text) {
+    if (text != nullptr && tracing()) {
+        xnz_trcgent(kTextRecord, 0, text);
+    }
+}
+
+void xnztr_data(const void* data, std::uint16_t length) {
+    if (!tracing()) {
+        return;
+    }
+    if (data == nullptr) {
+        const ErrnoKeeper keeper;
+        std::fputs("  has NULL pointer\n", xnzCSCtrl->traceFile);
+        std::fflush(xnzCSCtrl->traceFile);
+        return;
+    }
+    const auto* bytes = static_cast<const unsigned char*>(data);
+    for (std::size_t done = 0; done < length; done += kChunkSize) {
+        const std::size_t chunk = std::min<std::size_t>(kChunkSize, length - done);
+        xnz_trcgent(kDumpRecord, static_cast<std::int32_t>(chunk), bytes + done);
+    }
+}
+
+void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
+    constexpr std::int32_t kLargestPlainNumber = 99;
+    BoundedText text(out, kReturnCodeTextSize);
+    if (returnCode == kServiceOk) {
+        text.append("OK");
+        return;
+    }
+    if (returnCode <= kLargestPlainNumber) {
+        text.appendf("%" PRId32, returnCode);
+        return;
+    }
+    const ReturnCodeName& row = findReturnCodeName(returnCode);
+    text.append(row.name);
+    if (row.code == kReturnCodeNamesEnd) {
+        text.appendf(" (%" PRIX32 ") (%" PRId32 ")", static_cast<std::uint32_t>(returnCode),
+                     returnCode);
+    }
+}
+
+void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t indentation,
+                 std::int32_t isEntry) {
+    if (!tracing()) {
+        return;
+    }
+    const ErrnoKeeper keeper;
+    const int dashes = dashCount(indentation);
+    const char* time = timeOfDay();
+    if (isEntry == 1) {
+        std::fprintf(xnzCSCtrl->traceFile, "%.*s\n   %.*s>%s\n", kTimeOfDayLength, time, dashes,
+                     kDashes, functionName);
+    } else {
+        char codeText[kReturnCodeTextSize];
+        xnz_xtrFormatRC(codeText, returnCode);
+        std::fprintf(xnzCSCtrl->traceFile, "%.*s\n   <%.*s%s (rc= %s)\n", kTimeOfDayLength, time,
+                     dashes, kDashes, functionName, codeText);
+    }
+    std::fflush(xnzCSCtrl->traceFile);
+}
+
+void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data) {
+    if (!tracing() || data == nullptr) {
+        return;
+    }
+    const ErrnoKeeper keeper;
+    if (kind == kTextRecord) {
+        writeTextRecord(static_cast<const char*>(data));
+    } else if (kind == kDumpRecord && length > 0) {
+        writeDumpRecord(static_cast<const unsigned char*>(data), static_cast<std::size_t>(length));
+    }
+}

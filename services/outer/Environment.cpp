@@ -1,0 +1,60 @@
+#include "Environment.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+
+#include "StreamHandle.h"
+
+namespace {
+
+constexpr char kDataDirectory[] = "/var/nzm";
+constexpr char kProgramDirectory[] = "/opt/nzm/bin";
+constexpr char kEnvironmentFile[] = "/var/nzm/dnz.env";
+constexpr int kLineSize = 255;  // 254 characters and a terminator
+
+constexpr int kOverwrite = 1;
+
+void extendPath() {
+    const char* present = std::getenv("PATH");
+    if (present != nullptr && std::strstr(present, kDataDirectory) != nullptr) {
+        return;
+    }
+    std::string path = present != nullptr ? present : "";
+    if (!path.empty() && path.back() != ':') {
+        path.append(":");
+    }
+    path.append(kDataDirectory).append(":").append(kProgramDirectory).append(":");
+    setenv("PATH", path.c_str(), kOverwrite);
+}
+
+}  // namespace
+
+const char* initializeenv() {
+    extendPath();
+    setenv("NZCHLLIB", kDataDirectory, kOverwrite);
+    setenv("NZCHLTAB", "ANZCLCHL.TAB", kOverwrite);
+    setenv("DNZ_XLAT_PATH", "/var/nzm/conv/table", kOverwrite);
+    return initializeFromEnvironmentFile(kEnvironmentFile);
+}
+
+const char* initializeFromEnvironmentFile(const char* path) {
+    const StreamHandle file(std::fopen(path, "r"));
+    if (file == nullptr) {
+        return nullptr;
+    }
+    char line[kLineSize];
+    // A last line without a line end is not looked at: end of file is tested before its text.
+    while (std::fgets(line, kLineSize, file.get()) != nullptr && std::feof(file.get()) == 0) {
+        line[std::strcspn(line, "\r\n")] = '\0';
+        if (std::strstr(line, "DNZ_TRACE") != nullptr) {
+            setenv("DNZ_TRACE", "ON", kOverwrite);
+        }
+        if (std::strstr(line, "DNZ_PATH") != nullptr) {
+            setenv("DNZ_PATH", "/tmp", kOverwrite);
+            return "DNZ_PATH=";
+        }
+    }
+    return nullptr;
+}

@@ -1,0 +1,23 @@
+// A numbered message, ready to be written.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "Inserts.h"
+
+// The room for a message, its terminator included; what doesn't fit is cut.
+constexpr std::size_t kMessageSize = 2000;
+
+// Fetches a message with up to two text inserts, null for one that isn't given. There is always
+// a text: where the catalogue fails, one that is built in.
+class MessageText {
+public:
+    explicit MessageText(std::int32_t number, const char* insert1 = nullptr,
+                         const char* insert2 = nullptr);
+
+    [[nodiscard]] const char* text() const { return text_; }
+
+private:
+    char text_[kMessageSize];
+};

@@ -1,0 +1,70 @@
+#include "ServiceCalls.h"
+
+#include <cstddef>
+#include <iterator>
+
+#include "BoundedText.h"
+#include "FailureReport.h"
+#include "MessageRetrieval.h"
+#include "StartStop.h"
+#include "TraceRecords.h"
+
+std::int32_t dnzcsaInit = 0;
+
+namespace {
+
+constexpr const char* dnz_WYRD_functionName[] = {"first_function!!!"};
+
+void startServicesOnce() {
+    if (dnzcsaInit == 0) {
+        dnz_InitCommonServices("DNZ");
+    }
+}
+
+}  // namespace
+
+void dnz_InitCommonServices(const char* name) {
+    InitCommonServices(name);
+    dnzcsaInit = 1;
+}
+
+void dnzxtr_entry(const char* functionName) {
+    startServicesOnce();
+    xnztr_entry(functionName);
+}
+
+void dnzxtr_text(const char* text) {
+    startServicesOnce();
+    xnztr_text(text);
+}
+
+void dnzxtr_exit(const char* functionName, std::int32_t returnCode) {
+    startServicesOnce();
+    xnztr_exit(functionName, returnCode);
+}
+
+std::int32_t dnzxGetMessage(std::int32_t number, std::int32_t /*unused1*/, xcsINSERTS inserts,
+                            std::int32_t /*unused2*/, char* buffer1, std::uint32_t size1,
+                            char* buffer2, std::uint32_t size2, char* buffer3,
+                            std::uint32_t size3) {
+    startServicesOnce();
+    const std::int32_t code = xnzGetMessage(number, kPlainMessage, inserts, kInsertCcsid, buffer1,
+                                            size1, buffer2, size2, buffer3, size3);
+    if (code == xecE_E_MSG_FILE_CORRUPTED && buffer1 != nullptr) {
+        BoundedText(buffer1, size1)
+            .appendf(
+                "The error message %lu could not be located.\n"
+                "Is the CCSID table present?\n",
+                static_cast<unsigned long>(static_cast<std::uint32_t>(number)));
+    }
+    return code;
+}
+
+std::int32_t dnz_xcsWYRD(const void* /*unused*/, std::uint16_t functionIndex, std::int32_t probe,
+                         xcsINSERTS inserts) {
+    startServicesOnce();
+    const std::size_t row = functionIndex < std::size(dnz_WYRD_functionName) ? functionIndex : 0;
+    char functionName[255];
+    BoundedText(functionName).append(dnz_WYRD_functionName[row]);
+    return xnz_xcsWYRD(functionName, probe, inserts);
+}

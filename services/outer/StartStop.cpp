@@ -1,0 +1,56 @@
+#include "StartStop.h"
+
+#include <algorithm>
+#include <cstring>
+#include <new>
+#include <string_view>
+
+#include "ControlBlock.h"
+#include "ConversionLifecycle.h"
+#include "ReturnCodes.h"
+#include "TraceControl.h"
+#include "TraceRecords.h"
+
+namespace {
+
+// The zero fill behind a name needs one byte.
+std::string_view usableName(const char* name) {
+    return {name, strnlen(name, kServiceNameSize - 1)};
+}
+
+bool isStarted(std::string_view name) {
+    return xnzCSCtrl != nullptr &&
+           std::memcmp(xnzCSCtrl->programName, xnzCSCtrl->serviceName, name.size()) == 0 &&
+           std::memcmp(xnzCSCtrl->programName, name.data(), name.size()) == 0 &&
+           xnzCSCtrl->processId == reducedProcessId();
+}
+
+}  // namespace
+
+std::int32_t InitCommonServices(const char* name) {
+    const std::string_view usable = usableName(name);
+    if (isStarted(usable)) {
+        return kServiceOk;
+    }
+    xnzCSCtrl = new (std::nothrow) CSCtrlBlock{};
+    if (xnzCSCtrl == nullptr) {
+        return xecS_E_NONE;
+    }
+    std::copy(usable.begin(), usable.end(), xnzCSCtrl->programName);
+    std::copy(usable.begin(), usable.end(), xnzCSCtrl->serviceName);
+    xnz_xtrInitialize();
+    return xxxInitialize();
+}
+
+std::int32_t xnzTermCommonServices() {
+    if (xnzCSCtrl == nullptr) {
+        return kServiceOk;
+    }
+    // No exit record follows: the trace file is closed by then.
+    xnztr_entry("xnzTermCommonServices");
+    xxxTerminate();
+    const std::int32_t code = xnz_xtrTerminate();
+    delete xnzCSCtrl;
+    xnzCSCtrl = nullptr;
+    return code;
+}

@@ -1,0 +1,36 @@
+// The one way to fill a buffer of fixed size: a builder that cuts instead of overrunning.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+// Appends text to a caller's array. The array is terminated from the start and after every
+// step, and what doesn't fit is dropped and remembered. The array is borrowed.
+class BoundedText {
+public:
+    // `size` counts the terminator; an array of size 0 is left alone and holds nothing.
+    BoundedText(char* buffer, std::size_t size);
+    template <std::size_t Size>
+    explicit BoundedText(char (&buffer)[Size]) : BoundedText(buffer, Size) {}
+
+    BoundedText(const BoundedText&) = delete;
+    BoundedText& operator=(const BoundedText&) = delete;
+
+    BoundedText& append(std::string_view text);
+    // Formats as printf does.
+    BoundedText& appendf(const char* format, ...) __attribute__((format(printf, 2, 3)));
+
+    // Cuts the text to its first `length` bytes; a longer length changes nothing.
+    void shorten(std::size_t length);
+
+    [[nodiscard]] std::size_t length() const { return length_; }
+    [[nodiscard]] std::string_view view() const { return {buffer_, length_}; }
+    // True once something didn't fit.
+    [[nodiscard]] bool truncated() const { return truncated_; }
+
+private:
+    char* buffer_;
+    std::size_t size_;
+    std::size_t length_ = 0;
+    bool truncated_ = false;
+};

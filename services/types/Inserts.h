@@ -1,0 +1,20 @@
+// The vocabulary that all rooms share: records, return codes and small tools with no state.
+#pragma once
+
+#include <cstdint>
+
+// The CCSID that goes with the insert texts of messages.
+constexpr std::int32_t kInsertCcsid = 850;
+
+// What goes with a message or a failure report: two numbers and three texts.
+// Texts are borrowed: the caller keeps them alive during the call. A null text is no text.
+struct xcsINSERTS {
+    std::int32_t number1 = 0;     // message: numeric insert 1; report: major code
+    std::int32_t number2 = 0;     // message: numeric insert 2; report: minor code
+    std::int32_t ccsid1 = 0;      // CCSID of text1; a report leaves all three at 0
+    const char* text1 = nullptr;  // text insert 1, or comment 1
+    std::int32_t ccsid2 = 0;
+    const char* text2 = nullptr;
+    std::int32_t ccsid3 = 0;
+    const char* text3 = nullptr;
+};
