@@ -1,0 +1,84 @@
+#include "CCSIDTable.h"
+
+#include <algorithm>
+#include <iterator>
+#include <new>
+
+#include "ControlBlock.h"
+#include "ReturnCodes.h"
+#include "TextConversion.h"
+#include "TraceRecords.h"
+
+CCSIDNode* xxxFindNode(CCSIDNode* root, std::int32_t ccsid) {
+    CCSIDNode* node = root;
+    while (node != nullptr && node->ccsid != ccsid) {
+        node = ccsid < node->ccsid ? node->left : node->right;
+    }
+    return node;
+}
+
+void xxxInsertNode(CCSIDNode** place, const CCSIDEntry* entry) {
+    while (*place != nullptr && (*place)->ccsid != entry->ccsid) {
+        place = entry->ccsid < (*place)->ccsid ? &(*place)->left : &(*place)->right;
+    }
+    if (*place == nullptr) {
+        *place = xxxCreateNode(entry);
+    }
+}
+
+CCSIDNode* xxxCreateNode(const CCSIDEntry* entry) {
+    auto* node = new (std::nothrow) CCSIDNode{};
+    if (node != nullptr) {
+        setNodeFields(node, *entry);
+    }
+    return node;
+}
+
+void setNodeFields(CCSIDNode* node, const CCSIDEntry& entry) {
+    node->ccsid = entry.ccsid;
+    node->sbcsPage = entry.sbcsPage;
+    node->dbcsPage = entry.dbcsPage;
+    node->encodingClass = entry.encodingClass;
+    node->widthClass = entry.widthClass;
+    node->leadByteClass = entry.leadByteClass;
+    std::copy(std::begin(entry.sbcsPageHex), std::end(entry.sbcsPageHex), node->sbcsPageHex);
+    std::copy(std::begin(entry.dbcsPageHex), std::end(entry.dbcsPageHex), node->dbcsPageHex);
+}
+
+void xxxDeleteNode(CCSIDNode** place) {
+    CCSIDNode* node = *place;
+    while (node != nullptr) {
+        CCSIDNode* larger = node->right;
+        if (larger != nullptr) {
+            // Turning the tree brings the largest node to the top without a stack.
+            node->right = larger->left;
+            larger->left = node;
+            node = larger;
+        } else {
+            CCSIDNode* smaller = node->left;
+            delete node;
+            node = smaller;
+        }
+    }
+    *place = nullptr;
+}
+
+std::int32_t xxxFreeNode(CCSIDNode* node) {
+    xxxDeleteNode(&node->right);
+    xxxDeleteNode(&node->left);
+    return kServiceOk;
+}
+
+std::int32_t xcsQueryCCSIDType(std::int32_t ccsid, CCSIDType* out) {
+    ServiceTraceScope trace("xcsQueryCCSIDType");
+    if (xnzCSCtrl == nullptr) {
+        return trace.exitWith(xecX_E_SERVICE_UNAVAILABLE);
+    }
+    const CCSIDNode* node = xxxFindNode(xnzCSCtrl->ccsidTable, ccsid);
+    if (node == nullptr) {
+        return trace.exitWith(xecX_S_CCSID_NOT_FOUND);
+    }
+    out->encodingClass = node->encodingClass;
+    out->widthClass = node->widthClass;
+    return kServiceOk;
+}

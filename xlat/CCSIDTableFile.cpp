@@ -1,0 +1,172 @@
+#include "CCSIDTableFile.h"
+
+#include <cstdint>
+#include <limits>
+
+#include "BoundedText.h"
+#include "Numbers.h"
+#include "ServiceNames.h"
+#include "TableDirectory.h"
+#include "TraceRecords.h"
+
+namespace {
+
+constexpr char kUpperCaseName[] = "DNZCCSID.TBL";
+constexpr char kLowerCaseName[] = "ccsid.tbl";
+
+constexpr std::size_t kTableLineSize = 256;
+constexpr char kCommentMark = '#';
+
+enum Column { kCcsid, kDbcsPage, kSbcsPage, kWidthClass, kEncodingClass, kLeadByteClass, kColumns };
+
+StreamHandle openFile(BoundedText& path, const char* directory, const char* name) {
+    if (directory != nullptr) {
+        appendDirectory(path, directory);
+    }
+    path.append(name);
+    return StreamHandle(path.truncated() ? nullptr : std::fopen(path.view().data(), "r"));
+}
+
+bool isSeparator(char character) {
+    return character == ' ' || (character >= '\t' && character <= '\r');
+}
+
+// Cuts the line into its first six columns, each terminated in place; returns how many it has.
+int splitColumns(char* line, const char* (&columns)[kColumns]) {
+    int count = 0;
+    while (*line != '\0' && count < kColumns) {
+        if (isSeparator(*line)) {
+            ++line;
+            continue;
+        }
+        columns[count++] = line;
+        while (*line != '\0' && !isSeparator(*line)) {
+            ++line;
+        }
+        if (*line != '\0') {
+            *line++ = '\0';
+        }
+    }
+    return count;
+}
+
+bool isPage(std::int32_t number) {
+    return number >= 0 && number <= kLargestPage;
+}
+
+void formatPage(char (&text)[kPageTextSize], std::int32_t page) {
+    BoundedText(text).appendf("%04lx", static_cast<unsigned long>(page));
+}
+
+// Fills the entry from a line; returns why the line can't be used, or null if it can.
+const char* parseLine(char* line, CCSIDEntry& entry) {
+    const char* columns[kColumns];
+    if (splitColumns(line, columns) < kColumns) {
+        return "fewer than six columns";
+    }
+    entry.ccsid = leadingNumber(columns[kCcsid]);
+    entry.dbcsPage = leadingNumber(columns[kDbcsPage]);
+    entry.sbcsPage = leadingNumber(columns[kSbcsPage]);
+    entry.widthClass = leadingNumber(columns[kWidthClass]);
+    entry.encodingClass = leadingNumber(columns[kEncodingClass]);
+    entry.leadByteClass = leadingNumber(columns[kLeadByteClass]);
+    if (!isPage(entry.dbcsPage) || !isPage(entry.sbcsPage)) {
+        return "a page number outside 0 to 65535";
+    }
+    formatPage(entry.sbcsPageHex, entry.sbcsPage);
+    formatPage(entry.dbcsPageHex, entry.dbcsPage);
+    return nullptr;
+}
+
+// The tree while it grows. Each search begins at the last place when the CCSID belongs below
+// it, so that a sorted file, which gives a chain, is read in linear time.
+class GrowingTree {
+public:
+    void setEntry(const CCSIDEntry& entry) {
+        moveTo(entry.ccsid);
+        if (*place_ != nullptr) {
+            setNodeFields(*place_, entry);
+        } else {
+            xxxInsertNode(place_, &entry);
+        }
+    }
+
+    [[nodiscard]] CCSIDNode* root() const { return root_; }
+
+private:
+    static constexpr std::int64_t kBelowAll = std::numeric_limits<std::int64_t>::min();
+    static constexpr std::int64_t kAboveAll = std::numeric_limits<std::int64_t>::max();
+
+    // Goes to the place where the CCSID stands or is to be hung.
+    void moveTo(std::int32_t ccsid) {
+        if (ccsid <= above_ || ccsid >= below_) {
+            place_ = &root_;
+            above_ = kBelowAll;
+            below_ = kAboveAll;
+        }
+        while (*place_ != nullptr && (*place_)->ccsid != ccsid) {
+            CCSIDNode* node = *place_;
+            if (ccsid < node->ccsid) {
+                below_ = node->ccsid;
+                place_ = &node->left;
+            } else {
+                above_ = node->ccsid;
+                place_ = &node->right;
+            }
+        }
+    }
+
+    CCSIDNode* root_ = nullptr;
+    CCSIDNode** place_ = &root_;
+    // Only CCSIDs between these two belong to the place or below it.
+    std::int64_t above_ = kBelowAll;
+    std::int64_t below_ = kAboveAll;
+};
+
+void traceSkippedLine(int lineNumber, const char* reason) {
+    char text[96];
+    BoundedText(text).appendf("Line %d of the CCSID table skipped: %s", lineNumber, reason);
+    xnztr_text(text);
+}
+
+}  // namespace
+
+StreamHandle openCcsidTable() {
+    const char* directory = tableDirectory();
+    char upperCasePath[kPathSize];
+    BoundedText upperCase(upperCasePath);
+    StreamHandle file = openFile(upperCase, directory, kUpperCaseName);
+    if (file != nullptr) {
+        return file;
+    }
+    if (directory != nullptr) {
+        xnztr_text("Failed to open DNZCCSID.TBL");
+    }
+    char lowerCasePath[kPathSize];
+    BoundedText lowerCase(lowerCasePath);
+    file = openFile(lowerCase, directory, kLowerCaseName);
+    if (file == nullptr) {
+        xnztr_text("Failed to open ccsid.tbl");
+        xnztr_text("Failed to open DNZCCSID.TBL or dnzccsid.tbl ....");
+        xnztr_text(lowerCasePath);
+    }
+    return file;
+}
+
+CCSIDNode* readCcsidTable(std::FILE* file) {
+    GrowingTree tree;
+    char line[kTableLineSize];
+    for (int lineNumber = 1; std::fgets(line, sizeof line, file) != nullptr; ++lineNumber) {
+        if (line[0] == kCommentMark) {
+            continue;
+        }
+        CCSIDEntry entry{};
+        const char* reason = parseLine(line, entry);
+        if (reason != nullptr) {
+            traceSkippedLine(lineNumber, reason);
+        } else {
+            tree.setEntry(entry);
+        }
+    }
+    return tree.root();
+}

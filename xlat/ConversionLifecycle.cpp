@@ -1,0 +1,32 @@
+#include "ConversionLifecycle.h"
+
+#include "CCSIDTable.h"
+#include "CCSIDTableFile.h"
+#include "ControlBlock.h"
+#include "ReturnCodes.h"
+#include "SystemInformation.h"
+#include "TraceRecords.h"
+
+std::int32_t xxxInitialize() {
+    ServiceTraceScope trace("xxxInitialize");
+    if (xnzCSCtrl == nullptr) {
+        return trace.exitWith(xecX_E_SERVICE_UNAVAILABLE);
+    }
+    xnzCSCtrl->systemCodePage = ObtainSystemCP();
+    const StreamHandle file = openCcsidTable();
+    if (file == nullptr) {
+        return trace.exitWith(xecX_S_NO_CCSID_TABLE);
+    }
+    CCSIDNode* root = readCcsidTable(file.get());
+    xxxDeleteNode(&xnzCSCtrl->ccsidTable);
+    xnzCSCtrl->ccsidTable = root;
+    return kServiceOk;
+}
+
+std::int32_t xxxTerminate() {
+    const ServiceTraceScope trace("xxxTerminate");
+    if (xnzCSCtrl != nullptr) {
+        xxxDeleteNode(&xnzCSCtrl->ccsidTable);
+    }
+    return kServiceOk;
+}
