@@ -1,0 +1,167 @@
+#include "MessageInserts.h"
+
+#include <array>
+#include <cinttypes>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+#include "BoundedText.h"
+#include "ControlBlock.h"
+#include "FailureReport.h"
+#include "ReturnCodes.h"
+#include "StreamHandle.h"
+#include "TraceRecords.h"
+
+namespace {
+
+constexpr std::size_t kMarkerCount = 8;
+constexpr std::size_t kMarkersOfAddInserts = 5;
+
+std::string_view viewOf(const char* text) {
+    return text != nullptr ? std::string_view(text) : std::string_view();
+}
+
+// The values of the markers as texts, in the order of the markers' digits.
+class InsertValues {
+public:
+    InsertValues(std::int32_t number, const xcsINSERTS& inserts)
+        : values_{decimal(0, inserts.number1),     decimal(1, inserts.number2),
+                  viewOf(inserts.text1),           viewOf(inserts.text2),
+                  viewOf(inserts.text3),           decimal(2, number),
+                  hexadecimal(3, inserts.number1), hexadecimal(4, inserts.number2)} {}
+    InsertValues(const InsertValues&) = delete;
+    InsertValues& operator=(const InsertValues&) = delete;
+
+    [[nodiscard]] std::string_view value(std::size_t index) const { return values_[index]; }
+
+    // The value of `marker`, if it is one of the first `limit` markers; else `otherwise`.
+    [[nodiscard]] std::string_view valueOf(std::string_view marker, std::size_t limit,
+                                           std::string_view otherwise) const {
+        if (marker.size() < 2 || marker[1] < '1') {
+            return otherwise;
+        }
+        const auto index = static_cast<std::size_t>(marker[1] - '1');
+        return index < limit ? values_[index] : otherwise;
+    }
+
+private:
+    std::string_view decimal(std::size_t slot, std::int32_t number) {
+        return BoundedText(numbers_[slot]).appendf("%" PRId32, number).view();
+    }
+    std::string_view hexadecimal(std::size_t slot, std::int32_t number) {
+        const auto bits = static_cast<std::uint32_t>(number);
+        return BoundedText(numbers_[slot]).appendf("%" PRIX32, bits).view();
+    }
+
+    char numbers_[5][12];
+    std::array<std::string_view, kMarkerCount> values_;
+};
+
+// Hands a template on in pieces: stretches of plain text, and each "%" with what follows it.
+template <typename TakeText, typename TakeMarker>
+void walkTemplate(std::string_view text, TakeText takeText, TakeMarker takeMarker) {
+    constexpr std::size_t kMarkerLength = 2;
+    while (!text.empty()) {
+        const std::string_view plain = text.substr(0, text.find('%'));
+        takeText(plain);
+        text.remove_prefix(plain.size());
+        const std::string_view marker = text.substr(0, kMarkerLength);
+        if (!marker.empty()) {
+            takeMarker(marker);
+        }
+        text.remove_prefix(marker.size());
+    }
+}
+
+std::size_t expandedLength(std::string_view text, const InsertValues& values) {
+    std::size_t length = 0;
+    walkTemplate(
+        text, [&](std::string_view plain) { length += plain.size(); },
+        [&](std::string_view marker) {
+            length += values.valueOf(marker, kMarkerCount, marker).size();
+        });
+    return length;
+}
+
+void reportNoStorage(const char* functionName, std::int32_t probe, std::int32_t majorCode,
+                     const char* comment) {
+    if (xnzCSCtrl == nullptr || xnzCSCtrl->inFailureReport == 1) {
+        return;
+    }
+    xcsINSERTS inserts;
+    inserts.number1 = majorCode;
+    inserts.text1 = comment;
+    inserts.text2 = " ";
+    inserts.text3 = " ";
+    xnz_xcsWYRD(functionName, probe, inserts);
+}
+
+// Lays the table of pointers and behind it the texts into one block.
+void fillTable(char** table, const InsertValues& values) {
+    char* place = reinterpret_cast<char*>(table + kMarkerCount);
+    for (std::size_t i = 0; i < kMarkerCount; ++i) {
+        const std::string_view value = values.value(i);
+        table[i] = place;
+        std::memcpy(place, value.data() != nullptr ? value.data() : "", value.size());
+        place[value.size()] = '\0';
+        place += value.size() + 1;
+    }
+}
+
+std::size_t tableSize(const InsertValues& values) {
+    std::size_t size = kMarkerCount * sizeof(char*);
+    for (std::size_t i = 0; i < kMarkerCount; ++i) {
+        size += values.value(i).size() + 1;
+    }
+    return size;
+}
+
+}  // namespace
+
+std::int32_t xnzConvertInserts(std::int32_t number, const char* messageTemplate, xcsINSERTS inserts,
+                               std::int32_t /*ccsid*/, char** text, std::uint32_t* length) {
+    ServiceTraceScope trace("xnzConvertInserts");
+    const InsertValues values(number, inserts);
+    const std::size_t finishedLength = expandedLength(messageTemplate, values);
+    CTextHandle finished(static_cast<char*>(std::calloc(finishedLength + 1, 1)));
+    if (finished == nullptr) {
+        reportNoStorage("xnzConvertInserts", 1, kServiceOk, "Unable to obtain buffer storage");
+        return trace.exitWith(xecS_E_NONE);
+    }
+    BoundedText out(finished.get(), finishedLength + 1);
+    walkTemplate(
+        messageTemplate, [&](std::string_view plain) { out.append(plain); },
+        [&](std::string_view marker) { out.append(values.valueOf(marker, kMarkerCount, marker)); });
+    *length = static_cast<std::uint32_t>(finishedLength);
+    *text = finished.release();
+    return trace.exitWith(kServiceOk);
+}
+
+std::int32_t xcsConvertInserts(std::int32_t number, xcsINSERTS inserts, std::int32_t /*ccsid*/,
+                               char*** table, std::int32_t* count) {
+    ServiceTraceScope trace("xcsConvertInserts");
+    const InsertValues values(number, inserts);
+    auto* block = static_cast<char**>(std::calloc(tableSize(values), 1));
+    if (block == nullptr) {
+        reportNoStorage("xcsConvertInserts", 2, xecS_E_NONE, " ");
+        return trace.exitWith(xecS_E_NONE);
+    }
+    fillTable(block, values);
+    *table = block;
+    *count = static_cast<std::int32_t>(kMarkerCount);
+    return trace.exitWith(kServiceOk);
+}
+
+std::int32_t AddInserts(const char* messageTemplate, char* buffer, std::uint32_t size,
+                        xcsINSERTS inserts, std::int32_t code) {
+    const InsertValues values(0, inserts);
+    BoundedText out(buffer, size);
+    walkTemplate(
+        messageTemplate, [&](std::string_view plain) { out.append(plain); },
+        [&](std::string_view marker) {
+            out.append(values.valueOf(marker, kMarkersOfAddInserts, "Bad insert!\n"));
+        });
+    const bool isFull = out.length() + 1 >= size;
+    return isFull || out.truncated() ? xecE_W_TEXT_TRUNCATED : code;
+}

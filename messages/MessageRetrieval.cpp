@@ -1,0 +1,309 @@
+#include "MessageRetrieval.h"
+
+#include <nl_types.h>
+
+#include <array>
+#include <clocale>
+#include <cstdlib>
+#include <cstring>
+#include <string_view>
+
+#include "BoundedText.h"
+#include "ControlBlock.h"
+#include "MessageInserts.h"
+#include "ReturnCodes.h"
+#include "StreamHandle.h"
+#include "TraceRecords.h"
+
+namespace {
+
+constexpr std::uint32_t kNotLookedUp = 0x00800000;
+constexpr std::int32_t kReplacementNumber = 0x6090;
+constexpr char kSectionEnd = '\x14';
+constexpr std::size_t kSectionCount = 3;
+constexpr std::size_t kFoldColumns = 80;
+
+constexpr char kDefaultCatalogue[] = "/usr/lib/locale/C/LC_MESSAGES/dnz.cat";
+constexpr char kProductCatalogue[] = "/opt/nzm/bin/dnz.cat";
+constexpr char kNamedCatalogue[] = "dnz";
+
+struct Destination {
+    char* buffer;
+    std::uint32_t size;
+};
+using Destinations = std::array<Destination, kSectionCount>;
+
+// A section that isn't there has no data.
+using Sections = std::array<std::string_view, kSectionCount>;
+
+// The message category follows the environment, during the retrieval and after it.
+class MessageLocale {
+public:
+    MessageLocale() {
+        const char* name = std::setlocale(LC_MESSAGES, "");
+        name_.reset(name != nullptr ? strdup(name) : nullptr);
+    }
+    ~MessageLocale() {
+        if (name_ != nullptr) {
+            std::setlocale(LC_MESSAGES, name_.get());
+        }
+    }
+    MessageLocale(const MessageLocale&) = delete;
+    MessageLocale& operator=(const MessageLocale&) = delete;
+
+private:
+    CTextHandle name_;
+};
+
+// An open message catalogue (catopen, X/Open), closed with the object.
+class Catalogue {
+public:
+    Catalogue() = default;
+    ~Catalogue() {
+        if (isOpen()) {
+            catclose(descriptor_);
+        }
+    }
+    Catalogue(const Catalogue&) = delete;
+    Catalogue& operator=(const Catalogue&) = delete;
+
+    [[nodiscard]] bool isOpen() const { return descriptor_ != kClosed; }
+
+    bool tryOpen(const char* name) {
+        descriptor_ = catopen(name, 0);
+        xnztr_text(name);
+        return isOpen();
+    }
+    // Empty where the catalogue has no such text. Borrowed from the catalogue.
+    [[nodiscard]] const char* text(int id) const {
+        constexpr int kMessageSet = 1;
+        return catgets(descriptor_, kMessageSet, id, "");
+    }
+
+private:
+    inline static const auto kClosed = reinterpret_cast<nl_catd>(-1);
+    nl_catd descriptor_ = kClosed;
+};
+
+// The four groups of a message number, the highest first.
+std::array<int, 4> groupsOf(std::int32_t number) {
+    const auto bits = static_cast<std::uint32_t>(number);
+    const auto group = [bits](unsigned shift) { return static_cast<int>(bits >> shift & 0xF); };
+    return {group(12), group(8), group(4), group(0)};
+}
+
+int catalogueIdOf(std::int32_t number) {
+    constexpr int kBase = 10;
+    int id = 0;
+    for (const int group : groupsOf(number)) {
+        id = id * kBase + group;
+    }
+    return id;
+}
+
+std::int32_t checkArguments(std::int32_t control, const Destinations& destinations) {
+    const std::int32_t layout = control & ~kFoldMessage;
+    if (layout != kPrefixedMessage && layout != kPlainMessage) {
+        return xecE_E_INVALID_CONTROL;
+    }
+    bool anyWanted = false;
+    for (const Destination& destination : destinations) {
+        if (destination.size != 0 && destination.buffer == nullptr) {
+            return xecE_E_INVALID_BUFFLEN;
+        }
+        anyWanted = anyWanted || destination.size != 0;
+    }
+    return anyWanted ? kServiceOk : xecE_E_INVALID_BUFFLEN;
+}
+
+bool isPlainLanguage(const char* language) {
+    return language != nullptr &&
+           (std::strcmp(language, "C") == 0 || std::strcmp(language, "POSIX") == 0);
+}
+
+bool openCatalogue(Catalogue& catalogue) {
+    const bool isPlain = isPlainLanguage(std::getenv("LANG"));
+    if (catalogue.tryOpen(isPlain ? kProductCatalogue : kDefaultCatalogue)) {
+        return true;
+    }
+    if (xnzCSCtrl != nullptr && catalogue.tryOpen(xnzCSCtrl->serviceName)) {
+        return true;
+    }
+    return catalogue.tryOpen(kDefaultCatalogue) || catalogue.tryOpen(kNamedCatalogue) ||
+           catalogue.tryOpen(kProductCatalogue);
+}
+
+Sections splitSections(std::string_view text) {
+    Sections sections;
+    for (std::size_t i = 0; i < kSectionCount; ++i) {
+        const std::size_t end = i + 1 < kSectionCount ? text.find(kSectionEnd) : text.npos;
+        sections[i] = text.substr(0, end);
+        if (end == text.npos) {
+            break;
+        }
+        text.remove_prefix(end + 1);
+    }
+    return sections;
+}
+
+// Breaks the text at blanks into lines of at most 80 columns; a longer word stays whole.
+void fold(char* text) {
+    char* lastBlank = std::strchr(text, ' ');
+    if (lastBlank == nullptr) {
+        return;
+    }
+    std::size_t column = 0;
+    for (char* place = text; *place != '\0'; ++place, ++column) {
+        if (column == kFoldColumns) {
+            *lastBlank = '\n';
+            place = lastBlank + 1;
+            column = 0;
+            lastBlank = std::strchr(place, ' ');
+            if (lastBlank == nullptr) {
+                return;
+            }
+        }
+        if (*place == ' ') {
+            lastBlank = place;
+        }
+    }
+}
+
+// One retrieval: what its steps hand on to each other.
+class Retrieval {
+public:
+    Retrieval(std::int32_t number, std::int32_t control)
+        : number_(number), numberInUse_(number), control_(control) {
+        if ((static_cast<std::uint32_t>(number) & kNotLookedUp) != 0) {
+            substitute();
+        }
+    }
+
+    // Finds the text and fills in the inserts.
+    std::int32_t fetch(const xcsINSERTS& inserts, std::int32_t ccsid) {
+        if (!openCatalogue(catalogue_)) {
+            isNotLoaded_ = true;
+            finished_ = "Velmora was unable to open a message catalog.";
+            xnztr_text("...Message file not found");
+            return kServiceOk;
+        }
+        xnztr_text("...Message file now open");
+        char* text = nullptr;
+        std::uint32_t length = 0;
+        const std::int32_t code =
+            xnzConvertInserts(number_, findTemplate(), inserts, ccsid, &text, &length);
+        if (code == kServiceOk) {
+            storage_.reset(text);
+            finished_ = {text, length};
+        }
+        return code;
+    }
+
+    // Copies the sections to the buffers that are given, and returns the code of what was done.
+    std::int32_t deliver(const Destinations& destinations) {
+        const Sections sections = splitSections(finished_);
+        deliverFirst(destinations[0], sections[0]);
+        for (std::size_t i = 1; i < kSectionCount; ++i) {
+            deliverFurther(destinations[i], sections[i]);
+        }
+        return codeOfMarks();
+    }
+
+private:
+    void substitute() {
+        isSubstituted_ = true;
+        numberInUse_ = kReplacementNumber;
+    }
+
+    const char* findTemplate() {
+        const int id = catalogueIdOf(numberInUse_);
+        char record[32];
+        BoundedText(record).appendf("Extract message x'%4.4Xx'", static_cast<unsigned>(id));
+        xnztr_text(record);
+        const char* text = catalogue_.text(id);
+        if (*text == '\0') {
+            substitute();
+            text = catalogue_.text(catalogueIdOf(numberInUse_));
+        }
+        return *text != '\0' ? text : "Velmora was unable to display an error message.";
+    }
+
+    // "NZLnnnn: ", for a prefixed message whose text comes from a catalogue.
+    void appendPrefix(BoundedText& out) const {
+        if (!catalogue_.isOpen() || (control_ & ~kFoldMessage) != kPrefixedMessage) {
+            return;
+        }
+        out.append("NZL");
+        for (const int group : groupsOf(numberInUse_)) {
+            out.appendf("%c", '0' + group);
+        }
+        out.append(": ");
+    }
+
+    void deliverFirst(const Destination& destination, std::string_view section) {
+        if (destination.size == 0) {
+            return;
+        }
+        std::memset(destination.buffer, 0, destination.size);
+        BoundedText out(destination.buffer, destination.size);
+        appendPrefix(out);
+        if (!out.truncated()) {
+            out.append(section);
+            if ((control_ & kFoldMessage) != 0 && section.size() > kFoldColumns) {
+                fold(destination.buffer);
+            }
+        }
+        isTruncated_ = isTruncated_ || out.truncated();
+    }
+
+    void deliverFurther(const Destination& destination, std::string_view section) {
+        if (destination.size == 0) {
+            return;
+        }
+        std::memset(destination.buffer, 0, destination.size);
+        BoundedText out(destination.buffer, destination.size);
+        out.append(section);
+        isTruncated_ = isTruncated_ || out.truncated();
+    }
+
+    // Of several marks the last one tells.
+    [[nodiscard]] std::int32_t codeOfMarks() const {
+        if (isNotLoaded_) {
+            return xecE_E_MSG_FILE_NOT_LOADED;
+        }
+        if (isTruncated_) {
+            return xecE_W_TEXT_TRUNCATED;
+        }
+        return isSubstituted_ ? xecE_W_DEFAULT_TEXT_SUBSTITUTED : kServiceOk;
+    }
+
+    std::int32_t number_;       // as the caller gave it
+    std::int32_t numberInUse_;  // the replacement, where one took place
+    std::int32_t control_;
+    Catalogue catalogue_;
+    CTextHandle storage_;
+    std::string_view finished_;
+    bool isSubstituted_ = false;
+    bool isTruncated_ = false;
+    bool isNotLoaded_ = false;
+};
+
+}  // namespace
+
+std::int32_t xnzGetMessage(std::int32_t number, std::int32_t control, xcsINSERTS inserts,
+                           std::int32_t ccsid, char* buffer1, std::uint32_t size1, char* buffer2,
+                           std::uint32_t size2, char* buffer3, std::uint32_t size3) {
+    ServiceTraceScope trace("xnzGetMessage");
+    const MessageLocale locale;
+    const Destinations destinations = {{{buffer1, size1}, {buffer2, size2}, {buffer3, size3}}};
+    std::int32_t code = checkArguments(control, destinations);
+    xnztr_text("Attempting to open the message catalog:");
+    if (code == kServiceOk) {
+        Retrieval retrieval(number, control);
+        code = retrieval.fetch(inserts, ccsid);
+        if (code == kServiceOk) {
+            code = retrieval.deliver(destinations);
+        }
+    }
+    return trace.exitWith(code);
+}
