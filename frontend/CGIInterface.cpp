@@ -1,0 +1,140 @@
+#include "CGIInterface.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "BoundedText.h"
+#include "Cache.h"
+#include "ConfigurationSet.h"
+#include "ContextName.h"
+#include "Numbers.h"
+#include "ServiceCalls.h"
+#include "StreamHandle.h"
+#include "URLDecoder.h"
+
+namespace {
+
+constexpr long kDone = 1;
+
+void writeToCache(Cache& cache, const char* text) {
+    cache.write(text, static_cast<long>(std::strlen(text)));
+    dnzxtr_text(text);
+}
+
+}  // namespace
+
+CGIInterface::CGIInterface() {
+    const TraceScope trace("CGIInterface::CGIInterface");
+    configurationSet = new ConfigurationSet(this);
+}
+
+CGIInterface::~CGIInterface() {
+    const TraceScope trace("CGIInterface::~CGIInterface");
+    delete configurationSet;
+    delete[] inputBuffer;
+    inputBuffer = nullptr;
+    inputBufferLength = 0;
+}
+
+char* CGIInterface::InterfaceType() {
+    static char type[] = "CGI";
+    return type;
+}
+
+long CGIInterface::write_header(const char* name, const char* value) {
+    TraceScope trace("CGIInterface::write_header");
+    std::printf("%s:%s\n", name, value);
+    std::fflush(stdout);
+    headerWritten = 1;
+    return trace.exitWith(kDone);
+}
+
+long CGIInterface::write_text(const char* text, long length) {
+    TraceScope trace("CGIInterface::write_text");
+    endHeaderSection();
+    const std::size_t count = length != 0 ? static_cast<std::size_t>(length) : std::strlen(text);
+    std::fwrite(text, 1, count, stdout);
+    return trace.exitWith(kDone);
+}
+
+long CGIInterface::write_text(const int number) {
+    TraceScope trace("CGIInterface::write_text(int)");
+    endHeaderSection();
+    std::printf("%d", number);
+    return trace.exitWith(kDone);
+}
+
+long CGIInterface::CacheContext(Cache* cache, const char* /*unused*/) {
+    TraceScope trace("CGIInterface::CacheContext");
+    for (const char* name : ContextName) {
+        const char* value = std::getenv(name);
+        cache->write("&", 1);
+        writeToCache(*cache, name);
+        cache->write("=", 1);
+        const CTextHandle encoded(value != nullptr ? url_encode(value) : nullptr);
+        if (encoded != nullptr) {
+            writeToCache(*cache, encoded.get());
+        }
+    }
+    return trace.exitWith(kDone);
+}
+
+long CGIInterface::LogError(const char* text) {
+    std::fputs(text, stderr);
+    return kDone;
+}
+
+const char* CGIInterface::getInputBuffer() {
+    const TraceScope trace("CGIInterface::getInputBuffer");
+    if (inputBuffer != nullptr) {
+        return inputBuffer;
+    }
+    readContentLength();
+    if (inputBufferLength != 0) {
+        readBody();
+    }
+    if (inputBufferLength == 0) {
+        LogError("CONTENT_LENGTH is zero");
+    }
+    return inputBuffer;
+}
+
+void CGIInterface::readContentLength() {
+    const char* text = std::getenv("CONTENT_LENGTH");
+    if (text == nullptr) {
+        dnzxtr_text("CONTENT_LENGTH not Set!");
+    }
+    const int length = text != nullptr ? leadingNumber(text) : 0;
+    // A body that was found short stays no body for whoever asks next.
+    const bool isReadable = length > 0 && std::feof(stdin) == 0;
+    inputBufferLength = isReadable ? static_cast<unsigned long>(length) : 0;
+}
+
+void CGIInterface::readBody() {
+    const unsigned long length = inputBufferLength;
+    char text[80];
+    BoundedText(text).appendf("CONTENT_LENGTH = %ld", static_cast<long>(length));
+    dnzxtr_text(text);
+    inputBuffer = new char[length + 1];
+    const std::size_t received = std::fread(inputBuffer, 1, length, stdin);
+    if (received == length) {
+        inputBuffer[length] = '\0';
+        ++inputBufferLength;
+        return;
+    }
+    BoundedText(text).appendf("CONTENT_LENGTH is %lu, but only %zu bytes came\n", length, received);
+    LogError(text);
+    delete[] inputBuffer;
+    inputBuffer = nullptr;
+    inputBufferLength = 0;
+}
+
+// The first text written ends the header section.
+void CGIInterface::endHeaderSection() {
+    if (textWritten == 0) {
+        std::fputc('\n', stdout);
+        std::fflush(stdout);
+    }
+    textWritten = 1;
+}

@@ -1,0 +1,182 @@
+// What stands between a form that comes back and the saved file: the tests of the entries, and
+// what a different target file already holds.
+#include <cstring>
+#include <string_view>
+
+#include "ConfigInterface.h"
+#include "MessageNumbers.h"
+#include "ServiceCalls.h"
+
+namespace {
+
+constexpr char dnzNZVars[][49] = {"NZIGwQueueManager", "NZIGwQueue", "NZIGwReplyQueue"};
+constexpr std::string_view dnzNZValid =
+    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ1234567890%/._";
+constexpr std::string_view dnzNum = "0123456789-";
+
+constexpr std::string_view kWaitInterval = "NZIGwWaitInterval";
+constexpr std::string_view kContext = "NZIGwContext";
+constexpr std::string_view kContextNone = "None";
+constexpr std::string_view kContextAll = "All";
+
+constexpr std::size_t kLongestEntry = 255;
+constexpr std::size_t kLongestQueueValue = 48;
+// What a saved line adds to its three parts: two blanks and the "#".
+constexpr std::size_t kEntryFrame = 3;
+
+std::string_view viewOf(const char* text) {
+    return text != nullptr ? std::string_view(text) : std::string_view();
+}
+
+// An entry as its tests see it. An absent value or description is empty.
+struct Entry {
+    explicit Entry(NameValuePair& entryPair)
+        : pair(entryPair),
+          nameText(entryPair.getName()),
+          valueText(entryPair.getValue()),
+          name(viewOf(nameText)),
+          value(viewOf(valueText)),
+          description(viewOf(entryPair.getDesc())) {}
+
+    NameValuePair& pair;
+    const char* nameText;
+    const char* valueText;
+    std::string_view name;
+    std::string_view value;
+    std::string_view description;
+};
+
+// Reports the faults of the entries; the first report opens the page.
+class Reports {
+public:
+    explicit Reports(ConfigInterface& controller) : controller_(controller) {}
+
+    void report(int message, const Entry& entry) {
+        controller_.OutputMessage(message, status_, nullptr, nullptr);
+        status_ = 0;
+        controller_.OutputMessage(kFaultyEntry, 0, entry.nameText, entry.valueText);
+    }
+    // 1 as long as nothing was reported.
+    [[nodiscard]] int status() const { return status_; }
+
+private:
+    ConfigInterface& controller_;
+    int status_ = 1;
+};
+
+bool isQueueEntry(std::string_view name) {
+    for (const char* queueName : dnzNZVars) {
+        if (name == queueName) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool holdsOnly(std::string_view value, std::string_view characters) {
+    return value.find_first_not_of(characters) == std::string_view::npos;
+}
+
+void checkLength(const Entry& entry, Reports& reports) {
+    const std::size_t length =
+        entry.name.size() + entry.value.size() + entry.description.size() + kEntryFrame;
+    if (length > kLongestEntry) {
+        reports.report(kEntryLength, entry);
+    }
+}
+
+void checkQueueValue(const Entry& entry, Reports& reports) {
+    if (entry.value.empty()) {
+        return;
+    }
+    if (entry.value.size() > kLongestQueueValue) {
+        reports.report(kQueueValueLength, entry);
+    }
+    if (!holdsOnly(entry.value, dnzNZValid)) {
+        reports.report(kQueueValueCharacter, entry);
+    }
+    if (entry.value.front() == '_' || entry.value.back() == '_') {
+        reports.report(kQueueValueUnderscore, entry);
+    }
+}
+
+// Brings every mix of upper and lower case of the two words into the one that is saved.
+void normaliseContext(char* value) {
+    const auto change = [value](std::size_t position, char from, char to) {
+        if (value[position] == from) {
+            value[position] = to;
+        }
+    };
+    const std::size_t length = std::strlen(value);
+    if (length == kContextNone.size()) {
+        change(0, 'n', 'N');
+        change(1, 'O', 'o');
+        change(2, 'N', 'n');
+        change(3, 'E', 'e');
+    } else if (length == kContextAll.size()) {
+        change(0, 'a', 'A');
+        change(1, 'L', 'l');
+        change(2, 'L', 'l');
+    }
+}
+
+// An entry with no value leaves the context to the gateway and passes.
+void checkContext(const Entry& entry, Reports& reports) {
+    if (entry.valueText == nullptr) {
+        return;
+    }
+    normaliseContext(entry.pair.get_oValue());
+    if (entry.value != kContextNone && entry.value != kContextAll) {
+        reports.report(kContextWord, entry);
+    }
+}
+
+void checkOtherValue(const Entry& entry, Reports& reports) {
+    if (entry.value.find(' ') != std::string_view::npos) {
+        reports.report(kValueBlank, entry);
+    }
+    if (entry.value.find('#') != std::string_view::npos) {
+        reports.report(kValueNumberSign, entry);
+    }
+    if (entry.name == kWaitInterval && !holdsOnly(entry.value, dnzNum)) {
+        reports.report(kWaitIntervalCharacter, entry);
+    }
+    if (entry.name == kContext) {
+        checkContext(entry, reports);
+    }
+}
+
+}  // namespace
+
+int ConfigInterface::Validate() {
+    TraceScope trace("ConfigInterface::Validate");
+    Reports reports(*this);
+    for (NameValuePair* pair = iniParts.getFirst(); pair != nullptr; pair = iniParts.getNext()) {
+        const Entry entry(*pair);
+        checkLength(entry, reports);
+        if (isQueueEntry(entry.name)) {
+            checkQueueValue(entry, reports);
+        } else {
+            checkOtherValue(entry, reports);
+        }
+    }
+    if (reports.status() == 0) {
+        OutputMessage(kFailureEnd, 0, nullptr, nullptr);
+    }
+    return trace.exitWith(reports.status());
+}
+
+void ConfigInterface::Compare() {
+    const TraceScope trace("ConfigInterface::Compare");
+    if (std::strcmp(iniSaveFile, iniCFGFile.get()) == 0) {
+        return;
+    }
+    IniFileSet target;
+    target.setIniFileName(iniSaveFile);
+    for (NameValuePair* pair = target.getFirst(); pair != nullptr; pair = target.getNext()) {
+        const char* name = pair->getName();
+        if (iniParts.findPart(name) == nullptr && excludedParts.findPart(name) == nullptr) {
+            iniParts.addNewIniPart(name, pair->getValue(), pair->getDesc());
+        }
+    }
+}

@@ -1,0 +1,114 @@
+#include "HTMLPage.h"
+
+#include <cstring>
+#include <string_view>
+
+#include "BoundedText.h"
+#include "FileSearch.h"
+#include "MessageNumbers.h"
+#include "MessageText.h"
+#include "ServiceCalls.h"
+#include "StreamHandle.h"
+#include "TextCopy.h"
+#include "WebInterface.h"
+
+namespace {
+
+constexpr long kWritten = 1;
+constexpr long kNotFound = 0;
+constexpr int kPathSize = 255;
+
+bool sameText(const char* left, const char* right) {
+    if (left == nullptr || right == nullptr) {
+        return left == right;
+    }
+    return std::strcmp(left, right) == 0;
+}
+
+void writeMissingPage(WebInterface& web, const char* name) {
+    web.write_text("<HTML>", 0);
+    web.write_text(MessageText(kTemplateMissing, name).text(), 0);
+    web.write_text("</HTML>", 0);
+}
+
+// The pieces pass with their length, so that a zero byte in the file passes too.
+void copyToPage(WebInterface& web, std::FILE* file) {
+    char piece[100];
+    std::size_t count = 0;
+    while ((count = std::fread(piece, 1, sizeof piece, file)) > 0) {
+        web.write_text(piece, static_cast<long>(count));
+    }
+    web.write_text("\n", 0);
+}
+
+}  // namespace
+
+HTMLPage::HTMLPage() {
+    const TraceScope trace("HTMLPage::HTMLPage");
+}
+
+HTMLPage::HTMLPage(const char* name) : HTMLSourceFile(copyOfText(name)) {
+    const TraceScope trace("HTMLPage::HTMLPage(char*)");
+}
+
+HTMLPage::HTMLPage(const HTMLPage& other) : HTMLSourceFile(copyOfText(other.HTMLSourceFile.get())) {
+    const TraceScope trace("HTMLPage::HTMLPage(copy)");
+}
+
+HTMLPage::~HTMLPage() {
+    const TraceScope trace("HTMLPage::~HTMLPage");
+}
+
+HTMLPage& HTMLPage::operator=(const HTMLPage& other) {
+    const TraceScope trace("HTMLPage::operator=");
+    if (!sameText(HTMLSourceFile.get(), other.HTMLSourceFile.get())) {
+        HTMLSourceFile = copyOfText(other.HTMLSourceFile.get());
+    }
+    return *this;
+}
+
+int HTMLPage::operator==(const HTMLPage& other) const {
+    TraceScope trace("HTMLPage::operator==");
+    return trace.exitWith(sameText(HTMLSourceFile.get(), other.HTMLSourceFile.get()) ? 1 : 0);
+}
+
+int HTMLPage::operator!=(const HTMLPage& other) const {
+    TraceScope trace("HTMLPage::operator!=");
+    return trace.exitWith(sameText(HTMLSourceFile.get(), other.HTMLSourceFile.get()) ? 0 : 1);
+}
+
+long HTMLPage::writeToStdout() {
+    TraceScope trace("HTMLPage::wrtToStdout");
+    WebInterface& web = *WebInterface::Instance();
+    const char* name = HTMLSourceFile != nullptr ? HTMLSourceFile.get() : "";
+    StreamHandle file(std::fopen(name, "r"));
+    if (file == nullptr) {
+        char path[kPathSize];
+        BoundedText(path).append(name);
+        if (findfileinpath("PATH", name, path, kPathSize) == 0) {
+            writeMissingPage(web, name);
+            return trace.exitWith(kNotFound);
+        }
+        file.reset(std::fopen(path, "r"));
+    }
+    if (file != nullptr) {
+        copyToPage(web, file.get());
+    }
+    return trace.exitWith(kWritten);
+}
+
+const char* HTMLPage::get_HTMLSourceFile() const {
+    const TraceScope trace("HTMLPage::get_HTMLSourceFile");
+    return HTMLSourceFile.get();
+}
+
+void HTMLPage::set_HTMLSourceFile(char* const name) {
+    const TraceScope trace("HTMLPage::set_HTMLSourceFile");
+    if (name != HTMLSourceFile.get()) {
+        HTMLSourceFile.reset(name);
+    }
+}
+
+void HTMLPage::setHTMLSourceFileName(const char* name) {
+    HTMLSourceFile = copyOfText(name);
+}

@@ -1,0 +1,35 @@
+// Template pages: the static HTML of the form lies in files outside the program, and an object
+// here names one and copies it to the page, byte for byte.
+// Results: 1 done or true, 0 not.
+#pragma once
+
+#include <memory>
+
+class HTMLPage {
+public:
+    HTMLPage();
+    // Takes a copy of `name`, the bare name of the file.
+    explicit HTMLPage(const char* name);
+    HTMLPage(const HTMLPage& other);
+    virtual ~HTMLPage();
+    HTMLPage& operator=(const HTMLPage& other);
+
+    // By the names, as text.
+    int operator==(const HTMLPage& other) const;
+    int operator!=(const HTMLPage& other) const;
+
+    // Copies the file, and a line feed behind it, to the page of the calling thread. The working
+    // directory comes first, then the directories of the file search. 0 when the file isn't
+    // found anywhere: a message stands in its place then.
+    [[nodiscard]] virtual long writeToStdout();
+
+    // The name, or null. Borrowed.
+    const char* get_HTMLSourceFile() const;
+    // Takes over `name` itself, an array made with new.
+    void set_HTMLSourceFile(char* const name);
+    // Takes a copy of `name`.
+    void setHTMLSourceFileName(const char* name);
+
+private:
+    std::unique_ptr<char[]> HTMLSourceFile;
+};

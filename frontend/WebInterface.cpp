@@ -1,0 +1,25 @@
+#include "WebInterface.h"
+
+#include "ThreadObjectSet.h"
+
+WebInterface* WebInterface::Instance() {
+    return static_cast<WebInterface*>(ThreadObjectSet::Instance()->query());
+}
+
+WebInterface::WebInterface() {
+    ThreadObjectSet::Instance()->add(this);
+}
+
+WebInterface::~WebInterface() = default;
+
+const char* WebInterface::getInputBuffer() {
+    return inputBuffer;
+}
+
+unsigned long WebInterface::getInputBufferLength() const {
+    return inputBufferLength;
+}
+
+ConfigurationSet* WebInterface::getConfigurationSet() const {
+    return configurationSet;
+}

@@ -1,0 +1,83 @@
+// dnzcnf, a CGI program (RFC 3875): the configuration tool of the gateway. It serves one request
+// and ends. Exit value: 1 when the request was accepted, 0 when it was refused.
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+
+#include "CGIInterface.h"
+#include "ConfigInterface.h"
+#include "MessageNumbers.h"
+#include "MessageText.h"
+#include "ServiceCalls.h"
+
+namespace {
+
+constexpr int kAccepted = 1;
+constexpr int kRefused = 0;
+
+// A file that is opened must not take the place of a standard stream that the server left
+// closed: the page, or a line for the log, would go into it.
+void occupyStandardStreams() {
+    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
+        if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) {
+            return;
+        }
+    }
+}
+
+void writeLine(std::int32_t message) {
+    std::printf("%s\n", MessageText(message).text());
+}
+
+void refuse(const char* contentType, std::int32_t message) {
+    std::printf("Content-type:%s\n\n", contentType);
+    writeLine(message);
+}
+
+// The gate: only a posted form gets through.
+int checkRequest() {
+    const char* method = std::getenv("REQUEST_METHOD");
+    const char* contentType = std::getenv("CONTENT_TYPE");
+    if (method == nullptr || contentType == nullptr) {
+        writeLine(kNoRequest);
+        return kRefused;
+    }
+    int status = kAccepted;
+    if (std::strcmp(method, "POST") != 0) {
+        refuse("text/html", kMethodNotPost);
+        status = kRefused;
+    }
+    if (std::strcmp(contentType, "application/x-www-form-urlencoded") != 0) {
+        refuse("text/plain", kContentNotForm);
+        status = kRefused;
+    }
+    return status;
+}
+
+int serveRequest() {
+    ConfigInterface controller;
+    CGIInterface transport;
+    WebInterface& web = transport;
+    const int status = controller.Initialize(web.getInputBuffer());
+    if (status != kRefused) {
+        controller.ConfigUI();
+    }
+    return status;
+}
+
+}  // namespace
+
+int main() {
+    occupyStandardStreams();
+    dnz_InitCommonServices("DNZ");
+    TraceScope trace("NZGcnf (main)");
+    int status = checkRequest();
+    if (status != kRefused) {
+        status = serveRequest();
+    }
+    return trace.exitWith(status);
+}
