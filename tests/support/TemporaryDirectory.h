@@ -1,0 +1,50 @@
+// A fresh working directory for one test, removed at its end.
+#pragma once
+
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <string>
+
+class TemporaryDirectory {
+public:
+    TemporaryDirectory() : before_(std::filesystem::current_path()) {
+        char path[] = "/tmp/dnzcnf-test-XXXXXX";
+        path_ = mkdtemp(path);
+        std::filesystem::current_path(path_);
+    }
+    ~TemporaryDirectory() {
+        std::filesystem::current_path(before_);
+        std::filesystem::remove_all(path_);
+    }
+    TemporaryDirectory(const TemporaryDirectory&) = delete;
+    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
+
+    [[nodiscard]] const std::string& path() const { return path_; }
+
+private:
+    std::filesystem::path before_;
+    std::string path_;
+};
+
+inline std::string contentsOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+inline void writeFile(const std::string& path, const std::string& contents) {
+    std::ofstream(path, std::ios::binary) << contents;
+}
+
+// Sets an environment variable, or removes it for null.
+inline void setVariable(const char* name, const char* value) {
+    if (value != nullptr) {
+        setenv(name, value, 1);
+    } else {
+        unsetenv(name);
+    }
+}
