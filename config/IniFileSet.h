@@ -1,0 +1,63 @@
+// Ini files: read one into a set of IniFileParts, write a set back.
+//
+// A file is plain text, one entry on a line: a name, a value and a description behind `#`, such
+// as `NZIGwQueue GATE.IN #requests`. The blank is the only separator. A line that begins with `#`
+// is an entry like any other. Entries are written sorted by name.
+//
+// Results: 1 done, 0 failed. Ownership: the parts are made here and, as in every set, never
+// deleted; they live until the process ends.
+// Limits: 255 bytes of a line are read at once, the rest is read as a line of its own; a written
+// line holds 258 bytes and is cut behind them. Saving writes in place, with no temporary file and
+// no lock, and write errors go undetected.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "NameValuePairSet.h"
+
+class IniFileSet : public NameValuePairSet {
+public:
+    IniFileSet();
+    // Shares the pairs and takes the file name; counts as not read.
+    IniFileSet(const IniFileSet& other);
+    IniFileSet& operator=(const IniFileSet& other);
+    virtual ~IniFileSet();
+
+    // No two sets count as equal: 0 and 1.
+    int operator==(const IniFileSet& other) const;
+    int operator!=(const IniFileSet& other) const;
+
+    // Takes a copy of `name`, which may be null, and reads the file.
+    void setIniFileName(const char* name);
+    // Null until a name was set.
+    const char* getIniFileName() const;
+    // The directory, with a trailing slash, in which the file search found the file; null when the
+    // file opened under its own name or wasn't found.
+    const char* getIniFilePath() const;
+
+    // Opens the file under its name or else as the search of findfileinpath finds it, and adds its
+    // entries. 1 once a file was read to its end. Without a name, without a file or after a read
+    // error the result stays as it was, 0 at first; there is no message.
+    unsigned long populate();
+    // The same result, without reading.
+    unsigned long Populated() const;
+
+    // A part of this name, or null.
+    NameValuePair* findPart(const char* name);
+
+    // Makes a part and adds it. `name` isn't null, the other two may be. A value ends at its first
+    // blank behind other text; what follows that blank is dropped on saving. A value that begins
+    // with `#` is taken as a description.
+    void addNewIniPart(const char* name, const char* value, const char* desc);
+
+    // Writes the entries to `path`, truncating what is there. 1, or 0 when the file can't be
+    // opened for writing and is untouched.
+    [[nodiscard]] int saveIniFile(const char* path);
+
+private:
+    std::optional<std::string> oIniFileName;
+    std::optional<std::string> oIniFilePath;
+    std::uint32_t oPopulated = 0;
+};

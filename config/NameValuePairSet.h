@@ -1,0 +1,58 @@
+// The one collection of the configuration tool: pairs sorted by name at all times, found by
+// binary search and walked in name order, never in the order of their arrival.
+// Results: 1 done, 0 failed; null for no such pair.
+// Ownership: a set owns its index, not its pairs. Pairs are made with `new` and live until the
+// process ends; a copy of a set shares them.
+// Limits: the index grows in steps of its first size, 256. There is one cursor for each set, so a
+// set may not change during a walk of it.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+
+class NameValuePair;
+
+class NameValuePairSet {
+public:
+    NameValuePairSet();
+    // An own index of the same pairs, with the same cursor.
+    NameValuePairSet(const NameValuePairSet& other);
+    NameValuePairSet& operator=(const NameValuePairSet& other);
+    ~NameValuePairSet() = default;
+
+    // No two sets count as equal: these answer 0 and 1 without looking at the other set.
+    int operator==(const NameValuePairSet& other) const;
+    int operator!=(const NameValuePairSet& other) const;
+
+    // Adds `pair`, which isn't null. Pairs of equal name stand next to each other, in no
+    // particular order; a caller that wants a name only once asks `find` first. Always 1.
+    unsigned long push(NameValuePair* pair);
+    // Takes out this very pair, found by its address: 1, or 0 when it isn't in the set.
+    unsigned long pull(NameValuePair* pair);
+
+    // A pair of exactly this name, or null.
+    NameValuePair* find(const char* name);
+
+    // A walk in name order: the first pair, then each following one, null at the end.
+    NameValuePair* getFirst();
+    NameValuePair* getNext();
+
+    // Writes the set and its pairs to standard output, for the developer's eye.
+    void dump();
+
+private:
+    void sortIndex();
+    void enlargeIndex();
+
+    // Slots for MaxNumberInSet pairs; the first NumberInSet are in use.
+    std::unique_ptr<NameValuePair*[]> oIndexOfPairs;
+    std::uint32_t NumberInSet;
+    std::uint32_t MaxNumberInSet;
+    std::uint32_t HalfLife;       // carried along; nothing acts on it
+    std::uint32_t oCurrentIndex;  // slot of the pair that the walk has reached
+};
+
+// Comparator of the sort: both arguments point at slots of an index.
+int compare(const void* a, const void* b);
+// Comparator of the search: `key` points at a NameValuePair itself, `slot` at a slot of an index.
+int altCompare(const void* key, const void* slot);
