@@ -3,6 +3,7 @@
 #include "CCSIDTable.h"
 #include "CCSIDTableFile.h"
 #include "ControlBlock.h"
+#include "ConverterCache.h"
 #include "ReturnCodes.h"
 #include "SystemInformation.h"
 #include "TraceRecords.h"
@@ -28,5 +29,6 @@ std::int32_t xxxTerminate() {
     if (xnzCSCtrl != nullptr) {
         xxxDeleteNode(&xnzCSCtrl->ccsidTable);
     }
+    freeConverters();
     return kServiceOk;
 }

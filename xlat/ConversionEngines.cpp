@@ -1,0 +1,345 @@
+#include "ConversionEngines.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <numeric>
+
+#include "ReturnCodes.h"
+#include "TextConversion.h"
+
+namespace {
+
+constexpr unsigned char kShiftOut = 0x0E;
+constexpr unsigned char kShiftIn = 0x0F;
+constexpr unsigned char kHostNewLine = 0x15;
+constexpr unsigned char kHostLineFeed = 0x25;
+
+constexpr std::size_t kByteValues = 256;
+constexpr std::ptrdiff_t kRowSize = 512;
+constexpr std::ptrdiff_t kMostRows = 128;  // row numbers are signed bytes
+constexpr std::ptrdiff_t kPairSize = 2;
+
+using ByteTable = std::array<unsigned char, kByteValues>;
+
+unsigned char translateByte(unsigned char byte, const unsigned char* table, ConvMode mode) {
+    if (table == nullptr) {
+        return byte;
+    }
+    // The host ends lines with a byte of its own, which leaves it as a line feed.
+    return mode == ConvHostToPC && byte == kHostNewLine ? table[kHostLineFeed] : table[byte];
+}
+
+// The result of translateByte for all bytes, settled once so that a loop needs no test.
+class SingleByteTable {
+public:
+    SingleByteTable(const unsigned char* table, ConvMode mode) {
+        if (table == nullptr) {
+            entries_ = kUnchanged.data();
+        } else if (mode == ConvHostToPC) {
+            std::copy_n(table, kByteValues, changed_.begin());
+            changed_[kHostNewLine] = translateByte(kHostNewLine, table, mode);
+            entries_ = changed_.data();
+        } else {
+            entries_ = table;
+        }
+    }
+    SingleByteTable(const SingleByteTable&) = delete;
+    SingleByteTable& operator=(const SingleByteTable&) = delete;
+
+    [[nodiscard]] const unsigned char* entries() const { return entries_; }
+
+private:
+    static constexpr ByteTable kUnchanged = [] {
+        ByteTable table{};
+        std::iota(table.begin(), table.end(), static_cast<unsigned char>(0));
+        return table;
+    }();
+
+    const unsigned char* entries_;
+    ByteTable changed_;
+};
+
+// The double-byte table with the number of rows that lie wholly inside it.
+class DoubleByteTable {
+public:
+    explicit DoubleByteTable(const ConvContext& context)
+        : table_(context.dbcsTable), rows_(std::min(context.dbcsTableSize / kRowSize, kMostRows)) {}
+
+    // Translates one pair.
+    void translate(const unsigned char* source, unsigned char* target) const {
+        unsigned char first = source[0];
+        unsigned char second = source[1];
+        if (table_ != nullptr) {
+            const std::ptrdiff_t row = table_[first];
+            const unsigned char* pair =
+                row < rows_ ? table_ + kRowSize * row + kPairSize * second : kNoPair;
+            first = pair[0];
+            second = pair[1];
+        }
+        target[0] = first;
+        target[1] = second;
+    }
+
+private:
+    static constexpr unsigned char kNoPair[kPairSize] = {};
+
+    const unsigned char* table_;
+    std::ptrdiff_t rows_;
+};
+
+// A text on its way through a loop: the two positions, and what a step needs.
+class Walk {
+public:
+    Walk(const unsigned char* source, std::int32_t sourceLength, unsigned char* target,
+         std::int32_t targetLength, const ConvContext& context, const SingleByteTable& table)
+        : source_(source),
+          sourceEnd_(source + std::max(sourceLength, 0)),
+          target_(target),
+          targetEnd_(target + std::max(targetLength, 0)),
+          singleBytes_(table.entries()),
+          pairs_(context) {}
+
+    [[nodiscard]] std::ptrdiff_t sourceLeft() const { return sourceEnd_ - source_; }
+    [[nodiscard]] std::ptrdiff_t targetLeft() const { return targetEnd_ - target_; }
+    [[nodiscard]] bool goesOn() const { return source_ < sourceEnd_ && target_ < targetEnd_; }
+
+    // The byte at `offset` from here; the source must reach that far.
+    [[nodiscard]] unsigned char byteAt(std::ptrdiff_t offset) const { return source_[offset]; }
+
+    void convertByte() { *target_++ = singleBytes_[*source_++]; }
+    void convertPair() {
+        pairs_.translate(source_, target_);
+        source_ += kPairSize;
+        target_ += kPairSize;
+    }
+    void skip() { ++source_; }
+    void put(unsigned char byte) { *target_++ = byte; }
+
+    [[nodiscard]] const unsigned char* source() const { return source_; }
+    [[nodiscard]] unsigned char* target() const { return target_; }
+
+private:
+    const unsigned char* source_;
+    const unsigned char* sourceEnd_;
+    unsigned char* target_;
+    unsigned char* targetEnd_;
+    const unsigned char* singleBytes_;
+    DoubleByteTable pairs_;
+};
+
+// Walks through the text with `loop`, and tells the caller how far it came.
+template <typename Loop>
+std::int32_t run(const unsigned char** source, std::int32_t sourceLength, unsigned char** target,
+                 std::int32_t* targetLength, const ConvContext& context, ConvMode mode,
+                 const Loop& loop) {
+    const SingleByteTable table(context.sbcsTable, mode);
+    Walk walk(*source, sourceLength, *target, *targetLength, context, table);
+    const std::int32_t code = loop(walk);
+    if (code == kServiceOk) {
+        *targetLength = static_cast<std::int32_t>(walk.target() - *target);
+    }
+    *source = walk.source();
+    *target = walk.target();
+    return code;
+}
+
+// A shift-in in either place ends a section, also where it is the second byte of a pair.
+bool isAtSectionEnd(const Walk& walk) {
+    return (walk.sourceLeft() > 1 && walk.byteAt(1) == kShiftIn) ||
+           (walk.sourceLeft() > 0 && walk.byteAt(0) == kShiftIn);
+}
+
+// Converts a section from its shift-out to the byte where it ends. `Keeps`: the shift bytes stay.
+template <bool Keeps>
+std::int32_t convertHostSection(Walk& walk) {
+    if (Keeps) {
+        walk.put(kShiftOut);
+    }
+    walk.skip();
+    while (!isAtSectionEnd(walk)) {
+        if (walk.sourceLeft() < kPairSize) {
+            return xxxRC_HOST_SOURCE_SHORT;
+        }
+        if (walk.targetLeft() < kPairSize) {
+            return xxxRC_HOST_TARGET_SHORT;
+        }
+        walk.convertPair();
+    }
+    if (Keeps && walk.targetLeft() > 0) {
+        walk.put(kShiftIn);
+    }
+    // This is the shift-in, or an odd byte before it, which is dropped: the shift-in is then
+    // read as an ordinary byte.
+    walk.skip();
+    return kServiceOk;
+}
+
+// Two shift bytes with nothing between them are two single bytes.
+void convertEmptySection(Walk& walk) {
+    walk.convertByte();
+    if (walk.targetLeft() > 0) {
+        walk.convertByte();
+    }
+}
+
+template <bool Keeps>
+std::int32_t convertHostText(Walk& walk) {
+    while (walk.goesOn()) {
+        if (walk.byteAt(0) != kShiftOut) {
+            walk.convertByte();
+        } else if (walk.sourceLeft() > 1 && walk.byteAt(1) == kShiftIn) {
+            convertEmptySection(walk);
+        } else {
+            const std::int32_t code = convertHostSection<Keeps>(walk);
+            if (code != kServiceOk) {
+                return code;
+            }
+        }
+    }
+    return kServiceOk;
+}
+
+// For each byte the number of the range in which it is a lead byte, 0 for none.
+using LeadBytes = ByteTable;
+
+struct ByteRange {
+    unsigned char first;
+    unsigned char last;
+};
+
+template <std::size_t Count>
+constexpr LeadBytes makeLeadBytes(const ByteRange (&ranges)[Count]) {
+    LeadBytes bytes{};
+    unsigned char number = 0;
+    for (const ByteRange& range : ranges) {
+        ++number;
+        for (std::size_t byte = range.first; byte <= range.last; ++byte) {
+            bytes[byte] = number;
+        }
+    }
+    return bytes;
+}
+
+// By leadByteClass. The first row also stands for every class that isn't here.
+constexpr LeadBytes kLeadByteClasses[] = {
+    makeLeadBytes({{0x81, 0x9E}, {0xE0, 0xFE}}),  // any other
+    makeLeadBytes({{0x81, 0x9E}, {0xE0, 0xFE}}),  // 1
+    makeLeadBytes({{0x8F, 0xFE}}),                // 2
+    makeLeadBytes({{0x81, 0xFC}}),                // 3
+    makeLeadBytes({{0x81, 0x9E}, {0xE0, 0xFE}}),  // 4
+    makeLeadBytes({{0x81, 0xFE}}),                // 5
+    makeLeadBytes({{0x8C, 0xFE}}),                // 6
+};
+
+const LeadBytes& leadBytesOf(std::int32_t leadByteClass) {
+    const bool isKnown =
+        leadByteClass > 0 && leadByteClass < static_cast<std::int32_t>(std::size(kLeadByteClasses));
+    return kLeadByteClasses[isKnown ? leadByteClass : 0];
+}
+
+// Converts neighbouring double-byte characters as one section. `Adds`: shift bytes are put
+// around it; room for one of them is asked for in either case.
+template <bool Adds>
+std::int32_t convertPcSection(Walk& walk, const LeadBytes& leadBytes) {
+    constexpr std::ptrdiff_t kRoomForMore = kPairSize + 1;
+    constexpr std::ptrdiff_t kRoomToOpen = kRoomForMore + (Adds ? 1 : 0);
+    if (walk.sourceLeft() < kPairSize) {
+        return xxxRC_PC_SOURCE_SHORT;
+    }
+    if (walk.targetLeft() < kRoomToOpen) {
+        return xxxRC_PC_TARGET_SHORT;
+    }
+    if (Adds) {
+        walk.put(kShiftOut);
+    }
+    do {
+        walk.convertPair();
+    } while (walk.sourceLeft() >= kPairSize && walk.targetLeft() >= kRoomForMore &&
+             leadBytes[walk.byteAt(0)] != 0);
+    if (Adds) {
+        walk.put(kShiftIn);
+    }
+    return kServiceOk;
+}
+
+// Converts the sections that begin here, at most one for each range of lead bytes, in order.
+template <bool Adds>
+std::int32_t convertPcSections(Walk& walk, const LeadBytes& leadBytes) {
+    unsigned char lastRange = 0;
+    while (walk.sourceLeft() > 0 && leadBytes[walk.byteAt(0)] > lastRange) {
+        lastRange = leadBytes[walk.byteAt(0)];
+        const std::int32_t code = convertPcSection<Adds>(walk, leadBytes);
+        if (code != kServiceOk) {
+            return code;
+        }
+    }
+    return kServiceOk;
+}
+
+template <bool Adds>
+std::int32_t convertPcText(Walk& walk, const LeadBytes& leadBytes) {
+    while (walk.goesOn()) {
+        const std::int32_t code = convertPcSections<Adds>(walk, leadBytes);
+        if (code != kServiceOk) {
+            return code;
+        }
+        // The byte behind a section is a single byte, whatever it is.
+        if (walk.goesOn()) {
+            walk.convertByte();
+        }
+    }
+    return kServiceOk;
+}
+
+}  // namespace
+
+std::int32_t TranSBCS(const unsigned char** source, const std::int32_t* sourceLength,
+                      unsigned char** target, std::int32_t* targetLength,
+                      const ConvContext* context, ConvMode mode) {
+    const auto loop = [](Walk& walk) {
+        while (walk.goesOn()) {
+            walk.convertByte();
+        }
+        return kServiceOk;
+    };
+    return run(source, *sourceLength, target, targetLength, *context, mode, loop);
+}
+
+std::int32_t HostPCMM(const unsigned char** source, const std::int32_t* sourceLength,
+                      unsigned char** target, std::int32_t* targetLength,
+                      const ConvContext* context, ConvMode mode) {
+    const auto loop = [mode](Walk& walk) {
+        return mode == ConvHostToHost ? convertHostText<true>(walk) : convertHostText<false>(walk);
+    };
+    return run(source, *sourceLength, target, targetLength, *context, mode, loop);
+}
+
+std::int32_t PCHostMM(const unsigned char** source, const std::int32_t* sourceLength,
+                      unsigned char** target, std::int32_t* targetLength,
+                      const ConvContext* context, ConvMode mode) {
+    const LeadBytes& leadBytes = leadBytesOf(context->leadByteClass);
+    const auto loop = [mode, &leadBytes](Walk& walk) {
+        return mode == ConvPCToHost ? convertPcText<true>(walk, leadBytes)
+                                    : convertPcText<false>(walk, leadBytes);
+    };
+    return run(source, *sourceLength, target, targetLength, *context, mode, loop);
+}
+
+void XltSBCS(const unsigned char** source, unsigned char** target, std::int32_t* sourcePosition,
+             std::int32_t* targetPosition, const ConvContext* context, ConvMode mode) {
+    **target = translateByte(**source, context->sbcsTable, mode);
+    ++*source;
+    ++*target;
+    ++*sourcePosition;
+    ++*targetPosition;
+}
+
+void XltDBCS(const unsigned char** source, unsigned char** target, std::int32_t* sourcePosition,
+             std::int32_t* targetPosition, const ConvContext* context) {
+    DoubleByteTable(*context).translate(*source, *target);
+    *source += kPairSize;
+    *target += kPairSize;
+    *sourcePosition += kPairSize;
+    *targetPosition += kPairSize;
+}

@@ -1,0 +1,54 @@
+// The engines of the text conversion: three loops over the bytes of a text, built from two
+// one-step functions. They allocate nothing, write no trace and keep no state between calls:
+// each text starts outside a double-byte section.
+//   TranSBCS  text with no double-byte part
+//   HostPCMM  mixed text in host form: double-byte text stands between the bytes SO and SI
+//   PCHostMM  mixed text in PC form: a double-byte character is told by its first byte
+// The engines know no invalid text and no substitute: what a table holds is what is written.
+// A double-byte character whose table row isn't there gives two zero bytes.
+#pragma once
+
+#include <cstdint>
+
+// The direction of a conversion, by the encoding of its two sides.
+enum ConvMode : std::int32_t {
+    ConvHostToPC = 1,
+    ConvPCToHost = 2,
+    ConvPCToPC = 3,
+    ConvHostToHost = 4,
+};
+
+// What an engine needs to know. The tables are borrowed from the cache.
+struct ConvContext {
+    std::int32_t handle;
+    const unsigned char* dbcsTable;  // null: pairs pass unchanged
+    const unsigned char* sbcsTable;  // null: single bytes pass unchanged
+    std::int32_t leadByteClass;
+    std::int32_t dbcsTableSize;  // in bytes; only rows that lie wholly inside are used
+};
+
+// The loops convert `*sourceLength` bytes into at most `*targetLength` and advance `*source` and
+// `*target` as far as they come. After a result of 0 `*targetLength` is the count of bytes
+// written; a text that outgrows its target outside a double-byte section ends there with 0.
+// Other results are the xxxRC_ codes of TextConversion.h and leave `*targetLength` as it was.
+// No mode lets an engine read behind the source or write behind the target.
+std::int32_t TranSBCS(const unsigned char** source, const std::int32_t* sourceLength,
+                      unsigned char** target, std::int32_t* targetLength,
+                      const ConvContext* context, ConvMode mode);
+
+// For ConvHostToPC, which drops the shift bytes, and ConvHostToHost, which keeps them.
+std::int32_t HostPCMM(const unsigned char** source, const std::int32_t* sourceLength,
+                      unsigned char** target, std::int32_t* targetLength,
+                      const ConvContext* context, ConvMode mode);
+
+// For ConvPCToHost, which adds shift bytes, and ConvPCToPC.
+std::int32_t PCHostMM(const unsigned char** source, const std::int32_t* sourceLength,
+                      unsigned char** target, std::int32_t* targetLength,
+                      const ConvContext* context, ConvMode mode);
+
+// One step each: translates a byte, or a pair of bytes, and advances pointers and positions.
+// Neither tests for an end.
+void XltSBCS(const unsigned char** source, unsigned char** target, std::int32_t* sourcePosition,
+             std::int32_t* targetPosition, const ConvContext* context, ConvMode mode);
+void XltDBCS(const unsigned char** source, unsigned char** target, std::int32_t* sourcePosition,
+             std::int32_t* targetPosition, const ConvContext* context);

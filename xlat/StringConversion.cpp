@@ -1,0 +1,230 @@
+#include "StringConversion.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+#include "CCSIDTable.h"
+#include "ControlBlock.h"
+#include "ConverterCache.h"
+#include "FailureReport.h"
+#include "ReturnCodes.h"
+#include "TextConversion.h"
+#include "TraceRecords.h"
+
+namespace {
+
+// Where an encoding class is unknown there is no direction.
+constexpr ConvMode kNoMode{};
+
+// The code pages of one side of a conversion, as far as they take part. The two of a conversion
+// between equal CCSIDs stay as they are made here: no pages at all.
+struct Side {
+    std::int32_t sbcsPage = 0;
+    std::int32_t dbcsPage = 0;
+    const char* sbcsText = "0000";
+    const char* dbcsText = "0000";
+    std::int32_t encodingClass = 0;
+    std::int32_t widthClass = 0;
+    std::int32_t leadByteClass = 0;
+
+    bool load(std::int32_t ccsid) {
+        const CCSIDNode* node = xxxFindNode(xnzCSCtrl->ccsidTable, ccsid);
+        if (node == nullptr) {
+            return false;
+        }
+        *this = {node->sbcsPage,      node->dbcsPage,   node->sbcsPageHex,  node->dbcsPageHex,
+                 node->encodingClass, node->widthClass, node->leadByteClass};
+        return true;
+    }
+
+    void dropDoubleBytes() {
+        widthClass = kSingleByteWidth;
+        dbcsPage = 0;
+        dbcsText = "0000";
+    }
+};
+
+struct Conversion {
+    Side from;
+    Side to;
+    const unsigned char* source;
+    std::int32_t sourceLength;
+    unsigned char* target;
+    std::int32_t* targetLength;
+};
+
+std::int32_t checkLengths(std::int32_t sourceLength, std::int32_t targetLength) {
+    if (sourceLength < 0) {
+        return NZRC_SOURCE_LENGTH_ERROR;
+    }
+    return targetLength < 0 ? NZRC_TARGET_LENGTH_ERROR : kServiceOk;
+}
+
+std::int32_t loadSides(Conversion& conversion, std::int32_t fromCCSID, std::int32_t toCCSID) {
+    if (fromCCSID == toCCSID) {
+        return kServiceOk;
+    }
+    if (!conversion.from.load(fromCCSID)) {
+        return NZRC_SOURCE_CCSID_ERROR;
+    }
+    return conversion.to.load(toCCSID) ? kServiceOk : NZRC_TARGET_CCSID_ERROR;
+}
+
+// Text that is single-byte on one side is taken for single-byte on the other.
+void settleWidth(Side& from, Side& to) {
+    if (to.widthClass == kMixedWidth && from.widthClass == kSingleByteWidth) {
+        to.dropDoubleBytes();
+    } else if (to.widthClass == kSingleByteWidth && from.widthClass == kMixedWidth) {
+        from.dropDoubleBytes();
+    }
+}
+
+bool hasSamePages(const Side& from, const Side& to) {
+    return from.sbcsPage == to.sbcsPage && from.dbcsPage == to.dbcsPage;
+}
+
+std::int32_t copyText(const Conversion& conversion) {
+    const bool fits = conversion.sourceLength <= *conversion.targetLength;
+    const std::int32_t count = std::min(conversion.sourceLength, *conversion.targetLength);
+    if (conversion.source != conversion.target && count > 0) {
+        std::memmove(conversion.target, conversion.source, static_cast<std::size_t>(count));
+    }
+    *conversion.targetLength = count;
+    return fits ? kServiceOk : NZRC_CONVERTED_MSG_TOO_BIG;
+}
+
+bool isHost(const Side& side) {
+    return side.encodingClass == kHostEncoding;
+}
+
+bool isPc(const Side& side) {
+    return side.encodingClass == kPcEncoding || side.encodingClass == kOtherPcEncoding;
+}
+
+ConvMode modeOf(const Side& from, const Side& to) {
+    if (isHost(from)) {
+        return isHost(to) ? ConvHostToHost : isPc(to) ? ConvHostToPC : kNoMode;
+    }
+    if (isPc(from)) {
+        return isHost(to) ? ConvPCToHost : isPc(to) ? ConvPCToPC : kNoMode;
+    }
+    return kNoMode;
+}
+
+// Mixed text can only be read and written where the encoding of both sides is known.
+std::int32_t checkEncodings(const Side& from, const Side& to) {
+    const bool isMixed = from.dbcsPage != 0 || to.dbcsPage != 0;
+    if (isMixed && !isHost(from) && !isPc(from)) {
+        return NZRC_SOURCE_CCSID_ERROR;
+    }
+    return isMixed && !isHost(to) && !isPc(to) ? NZRC_TARGET_CCSID_ERROR : kServiceOk;
+}
+
+// What became of xxxOpenConv, by the errno that it left.
+std::int32_t openFailure(int error) {
+    if (error == ENOMEM) {
+        return NZRC_STORAGE_NOT_AVAILABLE;
+    }
+    if (error != EINVAL) {
+        xcsINSERTS inserts;
+        inserts.number1 = NZRC_NOT_CONVERTED;
+        inserts.number2 = error;
+        inserts.text1 = "Unexpected Error from xxxOpenConv";
+        inserts.text2 = " ";
+        inserts.text3 = " ";
+        xnz_xcsWYRD("xcsConvertString", 1, inserts);
+    }
+    return NZRC_NOT_CONVERTED;
+}
+
+std::int32_t convertText(Conversion& conversion) {
+    const Side& from = conversion.from;
+    const Side& to = conversion.to;
+    if (conversion.sourceLength > *conversion.targetLength) {
+        return NZRC_CONVERTED_MSG_TOO_BIG;
+    }
+    const std::int32_t code = checkEncodings(from, to);
+    if (code != kServiceOk) {
+        return code;
+    }
+    const std::int32_t handle =
+        xxxOpenConv(to.sbcsText, to.dbcsText, from.sbcsText, from.dbcsText, from.leadByteClass);
+    if (handle == kNoHandle) {
+        return openFailure(errno);
+    }
+    return xxxCodeConv(&conversion.source, &conversion.sourceLength, &conversion.target,
+                       conversion.targetLength, handle, modeOf(from, to), from.leadByteClass);
+}
+
+bool isTable(std::int32_t part) {
+    return part != kNoPart && part != kUnchangedPart;
+}
+
+ConvContext contextOf(std::int32_t singleBytePart, std::int32_t doubleBytePart,
+                      std::int32_t sourceLeadByteClass) {
+    ConvContext context{};
+    context.handle = singleBytePart * kHandleBase + doubleBytePart;
+    context.leadByteClass = sourceLeadByteClass;
+    if (isTable(doubleBytePart)) {
+        const ConvSlot& slot = iconv_list[doubleBytePart - 1];
+        context.dbcsTable = slot.table;
+        context.dbcsTableSize = slot.tableSize;
+        context.leadByteClass = slot.leadByteClass;
+    }
+    if (isTable(singleBytePart)) {
+        context.sbcsTable = iconv_list[singleBytePart - 1].table;
+    }
+    return context;
+}
+
+using Engine = decltype(&TranSBCS);
+
+Engine engineOf(std::int32_t doubleBytePart, ConvMode mode) {
+    if (doubleBytePart == kNoPart) {
+        return TranSBCS;
+    }
+    return mode == ConvHostToPC || mode == ConvHostToHost ? HostPCMM : PCHostMM;
+}
+
+}  // namespace
+
+std::int32_t xxxCodeConv(const unsigned char** source, const std::int32_t* sourceLength,
+                         unsigned char** target, std::int32_t* targetLength, std::int32_t handle,
+                         ConvMode mode, std::int32_t sourceLeadByteClass) {
+    ServiceTraceScope trace("xxxCodeConv");
+    const std::int32_t singleBytePart = handle / kHandleBase;
+    const std::int32_t doubleBytePart = handle % kHandleBase;
+    const ConvContext context = contextOf(singleBytePart, doubleBytePart, sourceLeadByteClass);
+    const Engine engine = engineOf(doubleBytePart, mode);
+    return trace.exitWith(engine(source, sourceLength, target, targetLength, &context, mode));
+}
+
+std::int32_t xcsConvertString(std::int32_t fromCCSID, std::int32_t toCCSID, const char* source,
+                              std::int32_t sourceLength, char* target, std::int32_t* targetLength) {
+    ServiceTraceScope trace("xcsConvertString");
+    if (xnzCSCtrl == nullptr) {
+        return trace.exitWith(xecX_E_SERVICE_UNAVAILABLE);
+    }
+    std::int32_t code = checkLengths(sourceLength, *targetLength);
+    if (code != kServiceOk) {
+        return trace.exitWith(code);
+    }
+    Conversion conversion{{},
+                          {},
+                          reinterpret_cast<const unsigned char*>(source),
+                          sourceLength,
+                          reinterpret_cast<unsigned char*>(target),
+                          targetLength};
+    code = loadSides(conversion, fromCCSID, toCCSID);
+    if (code != kServiceOk) {
+        return trace.exitWith(code);
+    }
+    if (sourceLength == 0) {
+        *targetLength = 0;
+        return kServiceOk;
+    }
+    settleWidth(conversion.from, conversion.to);
+    const bool isCopy = hasSamePages(conversion.from, conversion.to);
+    return trace.exitWith(isCopy ? copyText(conversion) : convertText(conversion));
+}
