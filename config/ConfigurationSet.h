@@ -14,8 +14,8 @@ using ConfigurationPart = NameValuePair;
 
 class ConfigurationSet {
 public:
-    // Reads the request body through `web`, then "dnz.ini" and the file that the form names. Without
-    // a body no file is read.
+    // Reads the request body through `web`, then "dnz.ini" and the file that the form names.
+    // Without a body no file is read.
     explicit ConfigurationSet(WebInterface* web);
     // Three empty sets. A copy takes nothing from the other object either.
     ConfigurationSet();

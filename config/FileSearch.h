@@ -3,7 +3,7 @@
 #pragma once
 
 // The room for the path of a file, its terminator included.
-constexpr int kPathSize = 255;
+constexpr int kSearchPathSize = 255;
 
 // Extends PATH by the product's directories and that of the language in LANG, then tries each
 // directory of the list in the environment variable `envName`, skipping empty elements.

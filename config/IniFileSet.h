@@ -12,6 +12,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <string>
 
@@ -57,6 +58,8 @@ public:
     [[nodiscard]] int saveIniFile(const char* path);
 
 private:
+    void readEntries(std::FILE* file);
+
     std::optional<std::string> oIniFileName;
     std::optional<std::string> oIniFilePath;
     std::uint32_t oPopulated = 0;

@@ -1,0 +1,123 @@
+#include "CGIPartSet.h"
+
+#include <algorithm>
+#include <cstring>
+#include <string_view>
+
+#include "BoundedText.h"
+#include "CGIPart.h"
+#include "Results.h"
+#include "ServiceCalls.h"
+
+namespace {
+
+constexpr std::size_t kTraceTextSize = 80;
+
+// Takes the first field and the `&` behind it off the front of `form`.
+std::string_view takeField(std::string_view& form) {
+    const std::size_t end = std::min(form.find('&'), form.size());
+    const std::string_view field = form.substr(0, end);
+    form.remove_prefix(std::min(end + 1, form.size()));
+    return field;
+}
+
+CGIPart* newPart(std::string_view field) {
+    const std::size_t nameLength = std::min(field.find('='), field.size());
+    const std::string_view value = field.substr(std::min(nameLength + 1, field.size()));
+    return new CGIPart(field.data(), nameLength, value.empty() ? nullptr : value.data(),
+                       value.size());
+}
+
+}  // namespace
+
+CGIPartSet::CGIPartSet() {
+    const TraceScope trace("CGIPartSet::CGIPartSet");
+}
+
+CGIPartSet::CGIPartSet(const CGIPartSet& other) : NameValuePairSet(other) {
+    const TraceScope trace("CGIPartSet::CGIPartSet(copy)");
+}
+
+CGIPartSet& CGIPartSet::operator=(const CGIPartSet& other) {
+    const TraceScope trace("CGIPartSet::operator=");
+    NameValuePairSet::operator=(other);
+    return *this;
+}
+
+CGIPartSet::~CGIPartSet() {
+    const TraceScope trace("CGIPartSet::~CGIPartSet");
+}
+
+int CGIPartSet::operator==(const CGIPartSet& other) const {
+    const TraceScope trace("CGIPartSet::operator==");
+    return NameValuePairSet::operator==(other);
+}
+
+int CGIPartSet::operator!=(const CGIPartSet& other) const {
+    const TraceScope trace("CGIPartSet::operator!=");
+    return NameValuePairSet::operator!=(other);
+}
+
+long CGIPartSet::Initialize(const char* buffer, unsigned long length) {
+    const TraceScope trace("CGIPartSet::Initialize");
+    std::string_view form(buffer, length);
+    for (unsigned long n = scanForNumberOfParts(buffer, length); n > 0; --n) {
+        const std::string_view field = takeField(form);
+        if (!field.empty()) {
+            push(newPart(field));
+        }
+    }
+    return kDone;
+}
+
+CGIPart* CGIPartSet::findPart(const char* name) {
+    const TraceScope trace("CGIPartSet::findPart");
+    auto* const part = static_cast<CGIPart*>(find(name));
+    if (part != nullptr) {
+        const char* const value = part->getValue();
+        if (value != nullptr) {
+            dnzxtr_text(value);
+        }
+    }
+    return part;
+}
+
+long CGIPartSet::getPartValue(const char* name, char* buffer, unsigned long* length) {
+    const TraceScope trace("CGIPartSet::getPartValue");
+    const CGIPart* const part = findPart(name);
+    const unsigned long size = *length;
+    if (size > 0) {
+        buffer[0] = '\0';
+    }
+    *length = 0;
+    if (part == nullptr) {
+        return kFailed;
+    }
+    const char* const value = part->getValue();
+    if (value == nullptr) {
+        return kDone;
+    }
+    // The stored array ends with the terminator of the value, so copying it pads as needed.
+    const unsigned long stored = part->get_oValueLength();
+    if (size > 0) {
+        *length = std::min(stored, size - 1);
+        std::memcpy(buffer, value, *length);
+        buffer[*length] = '\0';
+    }
+    return size < stored ? kFailed : kDone;
+}
+
+unsigned long CGIPartSet::scanForNumberOfParts(const char* buffer, unsigned long length) {
+    char text[kTraceTextSize];
+    BoundedText(text).appendf("CGIPartSet::scanForNumberOfParts l=%ld", static_cast<long>(length));
+    const TraceScope trace(text, "CGIPartSet::scanForNumberOfParts");
+    unsigned long count = 0;
+    if (length > 0) {
+        count = static_cast<unsigned long>(std::count(buffer, buffer + length, '&')) + 1;
+    } else {
+        dnzxtr_text("No part data");
+    }
+    BoundedText(text).appendf("numberOfParts=%ld", static_cast<long>(count));
+    dnzxtr_text(text);
+    return count;
+}

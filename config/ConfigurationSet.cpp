@@ -1,0 +1,91 @@
+#include "ConfigurationSet.h"
+
+#include <cstring>
+
+#include "CGIPart.h"
+#include "Results.h"
+#include "ServiceCalls.h"
+#include "WebInterface.h"
+
+namespace {
+
+constexpr char kDefaultIniFile[] = "dnz.ini";
+constexpr char kIniFileField[] = "NZIGwIniFile";
+constexpr char kQueueManager[] = "NZIGwQueueManager";
+
+}  // namespace
+
+ConfigurationSet::ConfigurationSet(WebInterface* web) {
+    const TraceScope trace("ConfigSet::ConfigSet");
+    input = web->getInputBuffer();
+    inputLength = web->getInputBufferLength();
+    if (input != nullptr) {
+        cgiParts.Initialize(input, inputLength - 1);
+        defaultIni.setIniFileName(kDefaultIniFile);
+        readRequestIni();
+    }
+}
+
+ConfigurationSet::ConfigurationSet() {
+    const TraceScope trace("ConfigSet::ConfigSet");
+}
+
+ConfigurationSet::ConfigurationSet(const ConfigurationSet& /*other*/) {
+    const TraceScope trace("ConfigSet::ConfigSet(copy)");
+}
+
+ConfigurationSet& ConfigurationSet::operator=(const ConfigurationSet& /*other*/) {
+    const TraceScope trace("ConfigSet::operator=");
+    return *this;
+}
+
+ConfigurationSet::~ConfigurationSet() {
+    const TraceScope trace("ConfigSet::~ConfigSet");
+}
+
+int ConfigurationSet::operator==(const ConfigurationSet& /*other*/) const {
+    const TraceScope trace("ConfigSet::operator==");
+    return 0;
+}
+
+int ConfigurationSet::operator!=(const ConfigurationSet& /*other*/) const {
+    TraceScope trace("ConfigSet::operator!=");
+    return trace.exitWith(1);
+}
+
+ConfigurationPart* ConfigurationSet::findPart(const char* name) {
+    const TraceScope trace("ConfigSet::findPart");
+    NameValuePair* const fromForm = cgiParts.findPart(name);
+    if (validValue(fromForm) != 0) {
+        return fromForm;
+    }
+    for (IniFileSet* const set : {&requestIni, &defaultIni}) {
+        NameValuePair* const fromFile = set->findPart(name);
+        if (validValue(fromFile) != 0) {
+            return fromFile;
+        }
+    }
+    return nullptr;
+}
+
+int ConfigurationSet::validValue(NameValuePair* pair) {
+    if (pair == nullptr) {
+        return 0;
+    }
+    const char* const name = pair->getName();
+    if (name != nullptr && std::strcmp(name, kQueueManager) == 0) {
+        return 1;
+    }
+    const char* const value = pair->getValue();
+    return value != nullptr && value[0] != '\0' ? 1 : 0;
+}
+
+// A field without a value names no file.
+void ConfigurationSet::readRequestIni() {
+    const CGIPart* const field = cgiParts.findPart(kIniFileField);
+    const char* const name = field != nullptr ? field->getValue() : nullptr;
+    if (name != nullptr && name[0] != '\0') {
+        hasRequestIni = 1;
+        requestIni.setIniFileName(name);
+    }
+}

@@ -1,0 +1,137 @@
+#include "FileSearch.h"
+
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <new>
+#include <string>
+#include <string_view>
+
+#include "BoundedText.h"
+#include "Results.h"
+#include "ServiceCalls.h"
+#include "StreamHandle.h"
+
+namespace {
+
+constexpr char kSeparator = ':';
+constexpr char kProductDirectories[] = ":/opt/nzm/bin:/var/nzm:";
+constexpr char kLanguageRoot[] = "/opt/nzm/html/dnzgate/";
+constexpr char kDefaultLanguage[] = "en_US";
+constexpr std::size_t kCodeLength = 5;
+constexpr int kOverwrite = 1;
+
+// Case by the portable characters alone, whatever the locale.
+char upperCase(char character) {
+    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
+                                                : character;
+}
+
+bool isDefaultLanguage(std::string_view language) {
+    return language.starts_with("en") || language.starts_with("En") || language == "C" ||
+           language == "POSIX";
+}
+
+// Languages whose country differs from the language, as in ja_JP, keep the country that is set.
+bool keepsCountry(const char* code) {
+    constexpr std::string_view kFirstLetters = "pjkz";
+    const bool byLetter = code[0] != '\0' && kFirstLetters.find(code[0]) != std::string_view::npos;
+    return byLetter ||
+           (upperCase(code[0]) == upperCase(code[3]) && upperCase(code[1]) == upperCase(code[4]));
+}
+
+// The name of the language's directory, of at most five characters.
+std::string languageCode(const char* language) {
+    if (language == nullptr || isDefaultLanguage(language)) {
+        return kDefaultLanguage;
+    }
+    if (std::strcmp(language, "zh") == 0) {
+        return "zh_CN";
+    }
+    char code[kCodeLength + 1] = {};
+    BoundedText(code).append(language);
+    if (!keepsCountry(code)) {
+        // Behind the end of a shorter code this changes nothing that is read.
+        code[3] = upperCase(code[0]);
+        code[4] = upperCase(code[1]);
+    }
+    return code;
+}
+
+void extendPath() {
+    const char* const present = std::getenv("PATH");
+    const std::string path = std::string(present != nullptr ? present : "")
+                                 .append(kProductDirectories)
+                                 .append(kLanguageRoot)
+                                 .append(languageCode(std::getenv("LANG")));
+    setenv("PATH", path.c_str(), kOverwrite);
+}
+
+// A writable copy of a list, or null when there is no storage for it.
+std::unique_ptr<char[]> copyList(std::string_view list) {
+    std::unique_ptr<char[]> copy(new (std::nothrow) char[list.size() + 1]);
+    if (copy != nullptr) {
+        std::memcpy(copy.get(), list.data(), list.size());
+        copy[list.size()] = '\0';
+    }
+    return copy;
+}
+
+bool canBeRead(const char* path) {
+    return StreamHandle(std::fopen(path, "r")) != nullptr;
+}
+
+// Tries the file in one directory and leaves the path tried in `result`.
+bool isInDirectory(std::string_view directory, std::string_view fileName, char* result,
+                   std::size_t size) {
+    BoundedText path(result, size);
+    const std::size_t joinedSize = directory.size() + fileName.size() + 2;
+    if (joinedSize > size) {
+        return !path.append(fileName).truncated() && canBeRead(result);
+    }
+    path.append(directory).append("/").append(fileName);
+    dnzxtr_text(result);
+    return canBeRead(result);
+}
+
+bool isInList(char* list, std::string_view fileName, char* result, std::size_t size) {
+    char* element = list + std::strspn(list, ":");
+    while (*element != '\0') {
+        char* next = SearchEnv(element);
+        if (*next == kSeparator) {
+            *next++ = '\0';
+        }
+        if (isInDirectory(element, fileName, result, size)) {
+            return true;
+        }
+        element = next + std::strspn(next, ":");
+    }
+    return false;
+}
+
+}  // namespace
+
+int findfileinpath(const char* envName, const char* fileName, char* result, int maxLength) {
+    extendPath();
+    dnzxtr_text("Using path to find file:");
+    dnzxtr_text(fileName);
+    const char* const list = std::getenv(envName);
+    if (list == nullptr || maxLength <= 0) {
+        return kFailed;
+    }
+    const std::unique_ptr<char[]> copy = copyList(list);
+    if (copy == nullptr) {
+        return kFailed;
+    }
+    const auto size = static_cast<std::size_t>(maxLength);
+    return isInList(copy.get(), fileName, result, size) ? kDone : kFailed;
+}
+
+char* SearchEnv(char* element) {
+    char* place = element + std::strcspn(element, ":");
+    while (place[0] == kSeparator && place[1] == kSeparator) {
+        *place++ = '\0';
+    }
+    return place;
+}

@@ -1,0 +1,238 @@
+#include "IniFileSet.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+#include "BoundedText.h"
+#include "FileSearch.h"
+#include "IniFilePart.h"
+#include "Results.h"
+#include "ServiceCalls.h"
+#include "StreamHandle.h"
+
+namespace {
+
+constexpr int kReadSize = 256;             // 255 bytes of a line and a terminator
+constexpr std::size_t kWrittenLine = 259;  // a line of 255 bytes may grow by ` # ` when saved
+
+constexpr char kBlank = ' ';
+constexpr char kDescriptionMark = '#';
+constexpr char kNoDescription[] = "# ";  // what a value without a description is saved with
+
+struct IniLine {
+    std::string_view name;  // empty when the line has no word
+    std::string_view rest;  // the second word and all behind it
+};
+
+std::string_view withoutLeadingBlanks(std::string_view text) {
+    return text.substr(std::min(text.find_first_not_of(kBlank), text.size()));
+}
+
+std::string_view firstWord(std::string_view text) {
+    return text.substr(0, text.find(kBlank));
+}
+
+IniLine splitLine(std::string_view line) {
+    line = withoutLeadingBlanks(line.substr(0, line.find_first_of("\r\n")));
+    const std::string_view name = firstWord(line);
+    return {name, withoutLeadingBlanks(line.substr(name.size()))};
+}
+
+// The text that an entry read from a file stores; it always holds the mark of a description.
+std::string storedText(std::string_view rest) {
+    if (rest.find(kDescriptionMark) != std::string_view::npos) {
+        return std::string(rest);
+    }
+    return std::string(firstWord(rest)).append(1, kBlank).append(1, kDescriptionMark);
+}
+
+// The text that an entry of the form stores; empty when there is neither value nor description.
+std::string composedText(const char* value, const char* desc) {
+    const std::string_view valueText = value != nullptr ? value : "";
+    const std::string_view descText = desc != nullptr ? desc : "";
+    std::string text;
+    if (valueText.empty() && descText.empty()) {
+        return text;
+    }
+    if (value != nullptr) {
+        text.append(valueText).append(1, kBlank);
+    }
+    if (desc != nullptr) {
+        return text.append(1, kDescriptionMark).append(descText);
+    }
+    return text.append(kNoDescription);
+}
+
+// Ends the value of a part behind its first word.
+void cutValue(char* stored) {
+    const std::string_view text(stored);
+    const std::size_t word = text.size() - withoutLeadingBlanks(text).size();
+    const std::size_t end = text.find(kBlank, word);
+    if (end != std::string_view::npos) {
+        stored[end] = '\0';
+    }
+}
+
+NameValuePair* newPartFromLine(const IniLine& line) {
+    const std::string name(line.name);
+    if (line.rest.empty()) {
+        auto* const part = new IniFilePart(name.c_str(), nullptr);
+        dnzxtr_text(name.c_str());
+        return part;
+    }
+    const std::string text = storedText(line.rest);
+    auto* const part = new IniFilePart(name.c_str(), text.c_str());
+    dnzxtr_text(name.c_str());
+    dnzxtr_text(text.c_str());
+    if (text.front() != kDescriptionMark) {
+        cutValue(part->get_oValue());
+    }
+    return part;
+}
+
+// Opens the file as the search finds it and notes the directory, if the path has one; null when
+// the file isn't found.
+StreamHandle openBySearch(const std::string& name, std::optional<std::string>& directory) {
+    char path[kSearchPathSize];
+    if (BoundedText(path).append(name).truncated() ||
+        findfileinpath("PATH", name.c_str(), path, kSearchPathSize) != kDone) {
+        return nullptr;
+    }
+    StreamHandle file(std::fopen(path, "r"));
+    const std::size_t directoryLength = std::string_view(path).rfind('/') + 1;
+    if (file != nullptr && directoryLength > 0) {
+        directory.emplace(path, directoryLength);
+        dnzxtr_text("Path is ");
+        dnzxtr_text(directory->c_str());
+    }
+    return file;
+}
+
+void buildLine(BoundedText& line, const NameValuePair& part) {
+    line.append(part.getName());
+    const char* const value = part.getValue();
+    const char* const desc = part.getDesc();
+    if (value != nullptr) {
+        line.appendf(" %s #%s", value, desc != nullptr ? desc : "");
+    } else if (desc != nullptr) {
+        line.appendf("  #%s", desc);
+    }
+}
+
+}  // namespace
+
+IniFileSet::IniFileSet() {
+    const TraceScope trace("IniFileSet::IniFileSet");
+}
+
+IniFileSet::IniFileSet(const IniFileSet& other)
+    : NameValuePairSet(other), oIniFileName(other.oIniFileName) {
+    const TraceScope trace("IniFileSet::IniFileSet(copy)");
+}
+
+IniFileSet& IniFileSet::operator=(const IniFileSet& other) {
+    const TraceScope trace("IniFileSet::operator=");
+    oIniFileName = other.oIniFileName;
+    oIniFilePath.reset();
+    NameValuePairSet::operator=(other);
+    return *this;
+}
+
+IniFileSet::~IniFileSet() {
+    const TraceScope trace("IniFileSet::~IniFileSet");
+}
+
+int IniFileSet::operator==(const IniFileSet& other) const {
+    const TraceScope trace("IniFileSet::operator==");
+    return NameValuePairSet::operator==(other);
+}
+
+int IniFileSet::operator!=(const IniFileSet& other) const {
+    const TraceScope trace("IniFileSet::operator!=");
+    return NameValuePairSet::operator!=(other);
+}
+
+void IniFileSet::setIniFileName(const char* name) {
+    const TraceScope trace("IniFileSet::setIniFileName");
+    if (name != nullptr) {
+        oIniFileName = name;
+    } else {
+        oIniFileName.reset();
+    }
+    oIniFilePath.reset();
+    populate();
+}
+
+const char* IniFileSet::getIniFileName() const {
+    return oIniFileName ? oIniFileName->c_str() : nullptr;
+}
+
+const char* IniFileSet::getIniFilePath() const {
+    return oIniFilePath ? oIniFilePath->c_str() : nullptr;
+}
+
+unsigned long IniFileSet::populate() {
+    TraceScope trace("IniFileSet::populate");
+    // The search would take an empty name for the directories themselves.
+    if (!oIniFileName || oIniFileName->empty()) {
+        return trace.exitWith(Populated());
+    }
+    StreamHandle file(std::fopen(oIniFileName->c_str(), "r"));
+    if (file == nullptr) {
+        file = openBySearch(*oIniFileName, oIniFilePath);
+    }
+    if (file != nullptr) {
+        readEntries(file.get());
+    }
+    return trace.exitWith(Populated());
+}
+
+unsigned long IniFileSet::Populated() const {
+    return oPopulated;
+}
+
+NameValuePair* IniFileSet::findPart(const char* name) {
+    const TraceScope trace("IniFileSet::findPart");
+    return find(name);
+}
+
+void IniFileSet::addNewIniPart(const char* name, const char* value, const char* desc) {
+    const TraceScope trace("IniFileSet::addNewIniPart");
+    const std::string text = composedText(value, desc);
+    auto* const part = new IniFilePart(name, text.empty() ? nullptr : text.c_str());
+    push(part);
+    if (part->getValue() != nullptr) {
+        cutValue(part->get_oValue());
+    }
+}
+
+int IniFileSet::saveIniFile(const char* path) {
+    TraceScope trace("IniFileSet::saveIniFile");
+    dnzxtr_text("Save to file");
+    dnzxtr_text(path);
+    const StreamHandle file(std::fopen(path, "w"));
+    if (file == nullptr) {
+        return trace.exitWith(kFailed);
+    }
+    for (const NameValuePair* part = getFirst(); part != nullptr; part = getNext()) {
+        char buffer[kWrittenLine];
+        BoundedText line(buffer);
+        buildLine(line, *part);
+        std::fprintf(file.get(), "%s\n", buffer);
+    }
+    return trace.exitWith(kDone);
+}
+
+void IniFileSet::readEntries(std::FILE* file) {
+    char buffer[kReadSize];
+    while (std::fgets(buffer, kReadSize, file) != nullptr) {
+        const IniLine line = splitLine(buffer);
+        if (!line.name.empty()) {
+            push(newPartFromLine(line));
+        }
+    }
+    if (std::ferror(file) == 0) {
+        oPopulated = kDone;
+    }
+}

@@ -1,0 +1,146 @@
+#include "NameValuePairSet.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <utility>
+
+#include "NameValuePair.h"
+#include "Results.h"
+
+namespace {
+
+constexpr std::uint32_t kFirstIndexSize = 256;
+constexpr std::uint32_t kHalfLife = 2;
+
+std::unique_ptr<NameValuePair* []> newIndex(std::uint32_t size) {
+    return std::make_unique_for_overwrite<NameValuePair*[]>(size);
+}
+
+bool standsBefore(const NameValuePair* left, const NameValuePair* right) {
+    return left->compare(right) < 0;
+}
+
+}  // namespace
+
+int compare(const void* a, const void* b) {
+    return (*static_cast<NameValuePair* const*>(a))
+        ->compare(*static_cast<NameValuePair* const*>(b));
+}
+
+int altCompare(const void* key, const void* slot) {
+    return static_cast<const NameValuePair*>(key)->compare(
+        *static_cast<NameValuePair* const*>(slot));
+}
+
+NameValuePairSet::NameValuePairSet()
+    : oIndexOfPairs(newIndex(kFirstIndexSize)),
+      NumberInSet(0),
+      MaxNumberInSet(kFirstIndexSize),
+      HalfLife(kHalfLife),
+      oCurrentIndex(0) {}
+
+NameValuePairSet::NameValuePairSet(const NameValuePairSet& other)
+    : oIndexOfPairs(newIndex(other.MaxNumberInSet)),
+      NumberInSet(other.NumberInSet),
+      MaxNumberInSet(other.MaxNumberInSet),
+      HalfLife(other.HalfLife),
+      oCurrentIndex(other.oCurrentIndex) {
+    std::copy_n(other.oIndexOfPairs.get(), NumberInSet, oIndexOfPairs.get());
+}
+
+NameValuePairSet& NameValuePairSet::operator=(const NameValuePairSet& other) {
+    if (this != &other) {
+        oIndexOfPairs = newIndex(other.MaxNumberInSet);
+        std::copy_n(other.oIndexOfPairs.get(), other.NumberInSet, oIndexOfPairs.get());
+        NumberInSet = other.NumberInSet;
+        MaxNumberInSet = other.MaxNumberInSet;
+        HalfLife = other.HalfLife;
+        oCurrentIndex = other.oCurrentIndex;
+    }
+    return *this;
+}
+
+int NameValuePairSet::operator==(const NameValuePairSet& /*other*/) const {
+    return 0;
+}
+
+int NameValuePairSet::operator!=(const NameValuePairSet& /*other*/) const {
+    return 1;
+}
+
+unsigned long NameValuePairSet::push(NameValuePair* pair) {
+    if (NumberInSet == MaxNumberInSet) {
+        enlargeIndex();
+    }
+    // The slots in use are sorted, so opening a gap at the right place sorts them again.
+    NameValuePair** const end = oIndexOfPairs.get() + NumberInSet;
+    NameValuePair** const place = std::upper_bound(oIndexOfPairs.get(), end, pair, standsBefore);
+    std::copy_backward(place, end, end + 1);
+    *place = pair;
+    ++NumberInSet;
+    return kDone;
+}
+
+unsigned long NameValuePairSet::pull(NameValuePair* pair) {
+    NameValuePair** const end = oIndexOfPairs.get() + NumberInSet;
+    NameValuePair** const place = std::find(oIndexOfPairs.get(), end, pair);
+    if (place == end) {
+        return kFailed;
+    }
+    NameValuePair** const last = end - 1;
+    *place = *last;
+    *last = nullptr;
+    --NumberInSet;
+    sortIndex();
+    return kDone;
+}
+
+NameValuePair* NameValuePairSet::find(const char* name) {
+    const NameValuePair key(name, std::strlen(name), nullptr, 0);
+    const void* const slot =
+        std::bsearch(&key, oIndexOfPairs.get(), NumberInSet, sizeof(NameValuePair*), altCompare);
+    return slot != nullptr ? *static_cast<NameValuePair* const*>(slot) : nullptr;
+}
+
+NameValuePair* NameValuePairSet::getFirst() {
+    oCurrentIndex = 0;
+    return NumberInSet > 0 ? oIndexOfPairs[0] : nullptr;
+}
+
+NameValuePair* NameValuePairSet::getNext() {
+    if (NumberInSet == 0) {
+        return nullptr;
+    }
+    ++oCurrentIndex;
+    if (oCurrentIndex < NumberInSet) {
+        return oIndexOfPairs[oCurrentIndex];
+    }
+    oCurrentIndex = 0;
+    return nullptr;
+}
+
+void NameValuePairSet::dump() {
+    std::printf("NameValuePairSet-------------Start\n");
+    std::printf("NumberInSet<%i>\n", static_cast<int>(NumberInSet));
+    std::printf("MaxNumberInSet<%i>\n", static_cast<int>(MaxNumberInSet));
+    std::printf("HalfLife<%i>\n", static_cast<int>(HalfLife));
+    for (std::uint32_t slot = 0; slot < NumberInSet; ++slot) {
+        std::printf("oIndexOfPairs[%i]\n", static_cast<int>(slot));
+        oIndexOfPairs[slot]->dump();
+    }
+    std::printf("NameValuePairSet-------------End\n");
+}
+
+void NameValuePairSet::sortIndex() {
+    std::qsort(oIndexOfPairs.get(), NumberInSet, sizeof(NameValuePair*), compare);
+}
+
+void NameValuePairSet::enlargeIndex() {
+    const std::uint32_t size = MaxNumberInSet + kFirstIndexSize;
+    auto larger = newIndex(size);
+    std::copy_n(oIndexOfPairs.get(), NumberInSet, larger.get());
+    oIndexOfPairs = std::move(larger);
+    MaxNumberInSet = size;
+}
