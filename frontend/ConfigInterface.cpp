@@ -3,8 +3,10 @@
 #include <cstring>
 
 #include "BoundedText.h"
+#include "CGIPart.h"
 #include "ConfigDisplay.h"
 #include "MessageNumbers.h"
+#include "NameValuePair.h"
 #include "MessageText.h"
 #include "Numbers.h"
 #include "ServiceCalls.h"

@@ -5,6 +5,7 @@
 
 #include "ConfigInterface.h"
 #include "MessageNumbers.h"
+#include "NameValuePair.h"
 #include "ServiceCalls.h"
 
 namespace {

@@ -16,7 +16,6 @@ namespace {
 
 constexpr long kWritten = 1;
 constexpr long kNotFound = 0;
-constexpr int kPathSize = 255;
 
 bool sameText(const char* left, const char* right) {
     if (left == nullptr || right == nullptr) {
