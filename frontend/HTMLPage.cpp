@@ -82,9 +82,9 @@ long HTMLPage::writeToStdout() {
     const char* name = HTMLSourceFile != nullptr ? HTMLSourceFile.get() : "";
     StreamHandle file(std::fopen(name, "r"));
     if (file == nullptr) {
-        char path[kPathSize];
+        char path[kSearchPathSize];
         BoundedText(path).append(name);
-        if (findfileinpath("PATH", name, path, kPathSize) == 0) {
+        if (findfileinpath("PATH", name, path, kSearchPathSize) == 0) {
             writeMissingPage(web, name);
             return trace.exitWith(kNotFound);
         }

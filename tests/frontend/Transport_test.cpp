@@ -37,7 +37,7 @@ TEST(Transport, EndsTheHeaderSectionWithTheFirstText) {
                   web.write_text("x\0y", 3);
                   web.write_text(-7);
               }),
-              std::string("Content-type: text/html\n\nabcx\0y-7", 34));
+              std::string("Content-type: text/html\n\nabcx\0y-7", 33));
     EXPECT_EQ(outputOf([](WebInterface& web) { web.write_text(5); }), "\n5");
 }
 
