@@ -40,7 +40,7 @@ std::unique_ptr<char[]> copyArray(const char* bytes, unsigned long size) {
 
 // A null array counts as one of no bytes, whatever its stored length.
 std::string_view arrayView(const char* bytes, unsigned long size) {
-    return bytes != nullptr ? std::string_view(bytes, size) : std::string_view("", 0);
+    return bytes != nullptr ? std::string_view(bytes, size) : std::string_view("");
 }
 
 std::string_view nameArray(const NameValuePair& pair) {

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::uint32_t kFirstIndexSize = 256;
 constexpr std::uint32_t kHalfLife = 2;
+constexpr std::size_t kSlotSize = sizeof(void*);
 
 std::unique_ptr<NameValuePair* []> newIndex(std::uint32_t size) {
     return std::make_unique_for_overwrite<NameValuePair*[]>(size);
@@ -100,7 +101,7 @@ unsigned long NameValuePairSet::pull(NameValuePair* pair) {
 NameValuePair* NameValuePairSet::find(const char* name) {
     const NameValuePair key(name, std::strlen(name), nullptr, 0);
     const void* const slot =
-        std::bsearch(&key, oIndexOfPairs.get(), NumberInSet, sizeof(NameValuePair*), altCompare);
+        std::bsearch(&key, oIndexOfPairs.get(), NumberInSet, kSlotSize, altCompare);
     return slot != nullptr ? *static_cast<NameValuePair* const*>(slot) : nullptr;
 }
 
@@ -134,7 +135,7 @@ void NameValuePairSet::dump() {
 }
 
 void NameValuePairSet::sortIndex() {
-    std::qsort(oIndexOfPairs.get(), NumberInSet, sizeof(NameValuePair*), compare);
+    std::qsort(oIndexOfPairs.get(), NumberInSet, kSlotSize, compare);
 }
 
 void NameValuePairSet::enlargeIndex() {
