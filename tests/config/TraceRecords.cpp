@@ -1,39 +1,24 @@
 #include "TraceRecords.h"
 
-#include <gtest/gtest.h>
-
-#include <cstdio>
 #include <utility>
 
 #include "ServiceCalls.h"
 
-namespace {
-
-// Never destroyed: static objects of tests may trace until the end.
-std::vector<std::string>& records() {
-    static auto* const all = new std::vector<std::string>;
-    return *all;
-}
-
-}  // namespace
+static std::string records;
 
 void dnzxtr_entry(const char* functionName) {
-    records().push_back(std::string("{") + functionName);
+    records.append("+").append(functionName).append("\n");
 }
 
 void dnzxtr_text(const char* text) {
-    records().emplace_back(text);
+    records.append(text).append("\n");
 }
 
 void dnzxtr_exit(const char* functionName, std::int32_t returnCode) {
-    records().push_back(std::string("}") + functionName + " " + std::to_string(returnCode));
+    records.append("-").append(functionName).append(" ");
+    records.append(std::to_string(returnCode)).append("\n");
 }
 
-std::vector<std::string> takeTraceRecords() {
-    return std::exchange(records(), {});
-}
-
-std::string printed() {
-    std::fflush(stdout);
-    return testing::internal::GetCapturedStdout();
+std::string takeTraceRecords() {
+    return std::exchange(records, {});
 }

@@ -1,11 +1,7 @@
-// The trace records that the code under test has written since the last call.
+// The trace records that the code under test has written since the last call, a line each:
+// "+label" for an entry, "-label code" for an exit, texts as they are.
 #pragma once
 
 #include <string>
-#include <vector>
 
-// Each is a "{label" of an entry, a "}label code" of an exit, or a text as it is.
-std::vector<std::string> takeTraceRecords();
-
-// What was printed to standard output since testing::internal::CaptureStdout().
-std::string printed();
+std::string takeTraceRecords();
