@@ -49,7 +49,7 @@ bool isEmpty(const char* text) {
 
 // The locale by its name in the environment, where the system couldn't set it.
 const char* currentLocaleName() {
-    constexpr char kPlainLocale[] = "C";
+    static constexpr char kPlainLocale[] = "C";
     const char* name = std::setlocale(LC_ALL, nullptr);
     if (isEmpty(name) || std::strcmp(name, kPlainLocale) == 0) {
         name = std::getenv("LANG");
