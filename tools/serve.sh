@@ -1,0 +1,38 @@
+#!/bin/sh
+# Serves a staged installation on loopback, in the foreground, for ./run and the browser test.
+#   tools/serve.sh STAGE PORT
+# STAGE is the folder of `DESTDIR=STAGE cmake --install ...`. What the server needs for itself it
+# writes into STAGE/server. Trace files and failure reports go to STAGE/trace; DNZ_TRACE and the
+# options of the sanitizers are handed on to the program if they are set.
+set -eu
+
+stage=$1
+port=$2
+server=$stage/server
+trace=$stage/trace
+mkdir -p "$server/empty" "$trace"
+
+# One element of a lighttpd list for each variable of that name in the environment.
+hand_on() {
+    for name; do
+        if value=$(printenv "$name"); then
+            printf ', "%s" => "%s"' "$name" "$value"
+        fi
+    done
+}
+
+cat >"$server/lighttpd.conf" <<END
+var.dnzcnf_root = "$stage"
+server.bind = "127.0.0.1"
+server.port = $port
+server.document-root = "$server/empty"
+server.errorlog = "$server/error.log"
+server.breakagelog = "$server/program.log"
+include "$stage/opt/nzm/servers/lighttpd/dnzcnf.conf"
+\$HTTP["url"] == "/cgi-bin/dnzcnf" {
+    setenv.add-environment = ( "DNZ_PATH" => "$trace"$(hand_on DNZ_TRACE ASAN_OPTIONS LSAN_OPTIONS UBSAN_OPTIONS) )
+}
+END
+
+lighttpd=$(PATH=$PATH:/usr/sbin:/sbin command -v lighttpd)
+exec "$lighttpd" -D -f "$server/lighttpd.conf"
