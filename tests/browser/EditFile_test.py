@@ -1,0 +1,193 @@
+"""Edits ini files as a person does, and looks at the bytes that were saved.
+
+Usage: EditFile_test.py SOURCE BUILD. The build is staged into a temporary folder and served by
+the script that ./run uses, on a free port; Chromium is driven through Debian's chromedriver.
+"""
+import os
+import shutil
+import socket
+import subprocess
+import sys
+import tempfile
+import time
+import unittest
+
+from selenium import webdriver
+from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.by import By
+from selenium.webdriver.common.keys import Keys
+
+SOURCE, BUILD = sys.argv[1:3]
+BROWSER_OPTIONS = (
+    '--headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-sync'
+    ' --disable-background-networking --disable-component-update --window-size=1280,1000')
+
+FILE = b"""NZIGwContext None #None or All
+NZIGwQueue GATE.IN #requests
+NZIGwReplyQueue  #none yet
+NZIGwWaitInterval 30 #time limit
+"""
+
+
+def free_port():
+    with socket.create_server(('127.0.0.1', 0)) as probe:
+        return probe.getsockname()[1]
+
+
+def wait_until_served(port):
+    deadline = time.monotonic() + 20
+    while True:
+        try:
+            return socket.create_connection(('127.0.0.1', port), 1).close()
+        except OSError:
+            if time.monotonic() > deadline:
+                raise
+            time.sleep(0.05)
+
+
+class EditFile(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.mkdtemp(prefix='dnzcnf-browser-')
+        cls.addClassCleanup(shutil.rmtree, cls.folder, ignore_errors=True)
+        cls.ini = cls.folder + '/var/nzm/'
+        subprocess.run(['cmake', '--install', BUILD], check=True, stdout=subprocess.DEVNULL,
+                       env={**os.environ, 'DESTDIR': cls.folder})
+        port = free_port()
+        server = subprocess.Popen([SOURCE + '/tools/serve.sh', cls.folder, str(port)])
+        cls.addClassCleanup(server.wait)
+        cls.addClassCleanup(server.terminate)
+        wait_until_served(port)
+        cls.entry_page = f'http://127.0.0.1:{port}/dnzgate/'
+
+        options = webdriver.ChromeOptions()
+        for option in BROWSER_OPTIONS.split():
+            options.add_argument(option)
+        options.add_argument(f'--user-data-dir={cls.folder}/profile')
+        cls.browser = webdriver.Chrome(options=options, service=Service('/usr/bin/chromedriver'))
+        cls.addClassCleanup(cls.browser.quit)
+        cls.browser.implicitly_wait(5)
+
+    def setUp(self):
+        for name in os.listdir(self.ini):
+            os.remove(self.ini + name)
+        self.put('dnz.ini', FILE)
+        self.browser.get(self.entry_page)
+
+    def tearDown(self):
+        with open(self.folder + '/server/program.log', encoding='utf-8') as errors:
+            self.assertEqual(errors.read(), '', 'the program wrote to standard error')
+
+    def put(self, name, contents):
+        with open(self.ini + name, 'wb') as file:
+            file.write(contents)
+
+    def saved(self, name):
+        with open(self.ini + name, 'rb') as file:
+            return file.read()
+
+    def field(self, name):
+        return self.browser.find_element(By.NAME, name)
+
+    def fill(self, name, text):
+        self.field(name).clear()
+        self.field(name).send_keys(text)
+
+    def press(self, label):
+        self.browser.find_element(By.XPATH, f'//button[.="{label}"]').click()
+
+    def page_text(self):
+        return self.browser.find_element(By.TAG_NAME, 'body').text
+
+    def names_shown(self):
+        return [cell.text for cell in
+                self.browser.find_elements(By.CSS_SELECTOR, '.entries tbody td:first-child')]
+
+    def test_change_add_and_leave_out(self):
+        self.press('dnz.ini')
+        self.assertEqual(self.names_shown(), ['NZIGwContext', 'NZIGwQueue', 'NZIGwReplyQueue',
+                                              'NZIGwWaitInterval'])
+        self.fill('v0', 'aLL')
+        self.fill('d1', 'Aufträge, 50% "neu" & <b>')
+        self.field('e3').click()
+        self.fill('dnzNewName', 'Extra')
+        self.fill('dnzNewValue', 'a+b=c')
+        self.press('Save')
+        self.assertEqual(self.names_shown(), ['Extra', 'NZIGwContext', 'NZIGwQueue',
+                                              'NZIGwReplyQueue'])
+        self.assertEqual(self.field('v1').get_attribute('value'), 'All')
+        self.assertEqual(self.saved('dnz.ini'), 'Extra a+b=c # \n'
+                         'NZIGwContext All #None or All\n'
+                         'NZIGwQueue GATE.IN #Aufträge, 50% "neu" & <b>\n'
+                         'NZIGwReplyQueue  #none yet\n'.encode())
+
+    def test_save_under_another_name_keeps_what_that_file_has(self):
+        self.put('other.ini', b'NZIGwQueue OLD #old\nNZIGwReplyQueue GATE.OUT #kept out\nZ z #mine\n')
+        self.press('dnz.ini')
+        self.field('e2').click()
+        self.fill('dnzINIsave', 'other.ini')
+        self.press('Save')
+        self.assertEqual(self.field('dnzINIsave').get_attribute('value'), 'other.ini')
+        self.assertEqual(self.saved('other.ini'), b'NZIGwContext None #None or All\n'
+                         b'NZIGwQueue GATE.IN #requests\n'
+                         b'NZIGwWaitInterval 30 #time limit\nZ z #mine\n')
+        self.assertEqual(self.saved('dnz.ini'), FILE)
+
+    def test_fault_is_told_and_the_input_comes_back(self):
+        self.press('dnz.ini')
+        self.fill('v1', 'GATE-IN')
+        self.fill('v3', 'soon')
+        self.press('Save')
+        for text in ('refused', 'percent sign, slash, period and underscore',
+                     'Entry NZIGwQueue, value "GATE-IN"', 'digits and the minus sign',
+                     'Entry NZIGwWaitInterval, value "soon"', 'Nothing was saved'):
+            self.assertIn(text, self.page_text())
+        self.assertEqual(self.saved('dnz.ini'), FILE)
+
+        self.browser.back()
+        self.assertEqual(self.field('v1').get_attribute('value'), 'GATE-IN')
+        self.fill('v1', 'GATE.NEW')
+        self.fill('v3', '-1')
+        self.press('Save')
+        self.assertEqual(self.saved('dnz.ini'),
+                         FILE.replace(b'GATE.IN', b'GATE.NEW').replace(b' 30 ', b' -1 '))
+
+    def test_discard_shows_the_file_again(self):
+        self.press('dnz.ini')
+        self.fill('v1', 'GATE.NEW')
+        self.press('Discard changes')
+        self.assertEqual(self.field('v1').get_attribute('value'), 'GATE.IN')
+        self.assertEqual(self.saved('dnz.ini'), FILE)
+
+    def test_new_file_is_made_by_its_first_save(self):
+        self.browser.find_element(By.ID, 'file').send_keys('new.ini' + Keys.ENTER)
+        self.assertEqual(self.field('dnzNumPairs').get_attribute('value'), '0')
+        self.fill('dnzNewName', 'First' + Keys.ENTER)
+        self.assertEqual(self.names_shown(), ['First'])
+        self.assertEqual(self.saved('new.ini'), b'First\n')
+
+    def test_phone_has_no_sideways_scrolling(self):
+        self.put('dnz.ini', FILE + b'N' * 90 + b' ' + b'v' * 90 + b' #' + b'd' * 60 + b'\n')
+        self.browser.execute_cdp_cmd('Emulation.setDeviceMetricsOverride', {
+            'width': 390, 'height': 844, 'deviceScaleFactor': 1, 'mobile': True})
+        self.addCleanup(self.browser.execute_cdp_cmd, 'Emulation.clearDeviceMetricsOverride', {})
+        width = 'return document.documentElement.scrollWidth'
+        self.browser.get(self.entry_page)
+        self.assertEqual(self.browser.execute_script(width), 390)
+        self.press('dnz.ini')
+        self.assertEqual(self.browser.execute_script(width), 390)
+
+    def test_tab_key_goes_through_the_form_in_reading_order(self):
+        self.put('dnz.ini', b'A a #\nB b #\n')
+        self.press('dnz.ini')
+        self.browser.find_element(By.TAG_NAME, 'summary').send_keys(Keys.TAB)
+        for name in ('v0 d0 e0 v1 d1 e1 dnzNewName dnzNewValue dnzNewDesc dnzINIsave'
+                     ' dnzSave').split():
+            control = self.browser.switch_to.active_element
+            self.assertEqual(control.get_attribute('name'), name)
+            self.assertEqual(control.value_of_css_property('outline-style'), 'solid', name)
+            control.send_keys(Keys.TAB)
+
+
+if __name__ == '__main__':
+    unittest.main(argv=sys.argv[:1], verbosity=2)
