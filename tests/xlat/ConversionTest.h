@@ -1,0 +1,41 @@
+// Services at their start, with a fresh directory for conversion data.
+#pragma once
+
+#include <cstdint>
+#include <cstdio>
+#include <string>
+#include <string_view>
+
+#include "../services/ServicesTest.h"
+#include "ConversionLifecycle.h"
+#include "TextConversion.h"
+
+class ConversionTest : public ServicesTest {
+protected:
+    ConversionTest() { setVariable("DNZ_XLAT_PATH", directory_.path().c_str()); }
+    ~ConversionTest() override { xxxTerminate(); }
+
+    // The free texts in the trace, one a line.
+    static std::string traceTexts() {
+        constexpr std::string_view kMark = "   ! ";
+        std::istringstream all(records());
+        std::string texts;
+        for (std::string line; std::getline(all, line);) {
+            if (line.starts_with(kMark)) {
+                texts += line.substr(kMark.size()) + "\n";
+            }
+        }
+        return texts;
+    }
+};
+
+// The bytes that `text` writes in hexadecimal.
+inline std::string bytes(std::string_view text) {
+    std::string result;
+    unsigned value = 0;
+    for (int used = 0; std::sscanf(text.data(), "%2x %n", &value, &used) == 1;) {
+        result += static_cast<char>(value);
+        text.remove_prefix(static_cast<std::size_t>(used));
+    }
+    return result;
+}
