@@ -60,19 +60,21 @@ class Catalogue {
 public:
     Catalogue() = default;
     ~Catalogue() {
-        if (isOpen()) {
+        if (isOpen_) {
             catclose(descriptor_);
         }
     }
     Catalogue(const Catalogue&) = delete;
     Catalogue& operator=(const Catalogue&) = delete;
 
-    [[nodiscard]] bool isOpen() const { return descriptor_ != kClosed; }
+    [[nodiscard]] bool isOpen() const { return isOpen_; }
 
     bool tryOpen(const char* name) {
+        constexpr std::intptr_t kFailed = -1;
         descriptor_ = catopen(name, 0);
+        isOpen_ = reinterpret_cast<std::intptr_t>(descriptor_) != kFailed;
         xnztr_text(name);
-        return isOpen();
+        return isOpen_;
     }
     // Empty where the catalogue has no such text. Borrowed from the catalogue.
     [[nodiscard]] const char* text(int id) const {
@@ -81,8 +83,8 @@ public:
     }
 
 private:
-    inline static const auto kClosed = reinterpret_cast<nl_catd>(-1);
-    nl_catd descriptor_ = kClosed;
+    nl_catd descriptor_ = nullptr;
+    bool isOpen_ = false;
 };
 
 // The four groups of a message number, the highest first.

@@ -93,7 +93,7 @@ TEST_F(FailureReport, FallsBackOnTheWorkingDirectory) {
 }
 
 TEST_F(FailureReport, ListsTheStoredPartOfTheStack) {
-    const auto printed = [this] {
+    const auto printed = [] {
         std::FILE* file = std::fopen("stack", "w");
         PrintFunctionStack(file);
         std::fclose(file);
