@@ -43,6 +43,7 @@ TEST_F(FileSearch, EndsInTheDirectoryOfTheLanguage) {
                        {"de_DE", {"de_CH", "de_DE.ISO8859-1", "de_"}},
                        {"zh_TW", {"zh_TW"}},
                        {"pt_BR", {"pt_BR"}},
+                       {"nb_NB", {"nb_NO"}},
                        {"ja_JP", {"ja_JP.eucJP"}},
                        {"Pt_PT", {"Pt_BR"}},
                        {"DE_de", {"DE_de"}},

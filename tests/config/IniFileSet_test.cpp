@@ -58,6 +58,7 @@ TEST(IniFileSet, ReadsLines) {
         {"n #\n", "n|-|"},
         {"n #a b #c\n", "n|-|a b #c"},
         {"n a#b c\n", "n|a#b|-"},
+        {"n a#b\n", "n|a#b|-"},
         {"n a b#c\n", "n|a|c"},
         {"n\tvalue #d\n", "n\tvalue|-|d"},
         {"  n   v\r\n", "n|v|-"},
