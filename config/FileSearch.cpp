@@ -1,6 +1,5 @@
 #include "FileSearch.h"
 
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
@@ -9,9 +8,9 @@
 #include <string_view>
 
 #include "BoundedText.h"
+#include "RegularFile.h"
 #include "Results.h"
 #include "ServiceCalls.h"
-#include "StreamHandle.h"
 
 namespace {
 
@@ -79,7 +78,7 @@ std::unique_ptr<char[]> copyList(std::string_view list) {
 }
 
 bool canBeRead(const char* path) {
-    return StreamHandle(std::fopen(path, "r")) != nullptr;
+    return openRegularStream(path) != nullptr;
 }
 
 // Tries the file in one directory and leaves the path tried in `result`.

@@ -7,9 +7,9 @@
 #include "BoundedText.h"
 #include "FileSearch.h"
 #include "IniFilePart.h"
+#include "RegularFile.h"
 #include "Results.h"
 #include "ServiceCalls.h"
-#include "StreamHandle.h"
 
 namespace {
 
@@ -99,7 +99,7 @@ StreamHandle openBySearch(const std::string& name, std::optional<std::string>& d
         findfileinpath("PATH", name.c_str(), path, kSearchPathSize) != kDone) {
         return nullptr;
     }
-    StreamHandle file(std::fopen(path, "r"));
+    StreamHandle file = openRegularStream(path);
     const std::size_t directoryLength = std::string_view(path).rfind('/') + 1;
     if (file != nullptr && directoryLength > 0) {
         directory.emplace(path, directoryLength);
@@ -178,7 +178,7 @@ unsigned long IniFileSet::populate() {
     if (!oIniFileName || oIniFileName->empty()) {
         return trace.exitWith(Populated());
     }
-    StreamHandle file(std::fopen(oIniFileName->c_str(), "r"));
+    StreamHandle file = openRegularStream(oIniFileName->c_str());
     if (file == nullptr) {
         file = openBySearch(*oIniFileName, oIniFilePath);
     }

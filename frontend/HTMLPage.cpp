@@ -7,8 +7,8 @@
 #include "FileSearch.h"
 #include "MessageNumbers.h"
 #include "MessageText.h"
+#include "RegularFile.h"
 #include "ServiceCalls.h"
-#include "StreamHandle.h"
 #include "TextCopy.h"
 #include "WebInterface.h"
 
@@ -80,7 +80,7 @@ long HTMLPage::writeToStdout() {
     TraceScope trace("HTMLPage::wrtToStdout");
     WebInterface& web = *WebInterface::Instance();
     const char* name = HTMLSourceFile != nullptr ? HTMLSourceFile.get() : "";
-    StreamHandle file(std::fopen(name, "r"));
+    StreamHandle file = openRegularStream(name);
     if (file == nullptr) {
         char path[kSearchPathSize];
         BoundedText(path).append(name);
@@ -88,7 +88,7 @@ long HTMLPage::writeToStdout() {
             writeMissingPage(web, name);
             return trace.exitWith(kNotFound);
         }
-        file.reset(std::fopen(path, "r"));
+        file = openRegularStream(path);
     }
     if (file != nullptr) {
         copyToPage(web, file.get());
