@@ -3,11 +3,12 @@
 # same source always gives the same program.
 set(release_date_epoch 1795305600) # 22 Nov 2026
 
-if(DEFINED ENV{SOURCE_DATE_EPOCH})
-  set(epoch "$ENV{SOURCE_DATE_EPOCH}")
-else()
+set(epoch "$ENV{SOURCE_DATE_EPOCH}")
+if(NOT epoch MATCHES "^[0-9]+$")
+  # Named outright, the repository may belong to somebody else, and that of a folder further up
+  # isn't taken for ours.
   execute_process(
-    COMMAND git -C "${SOURCE_DIR}" log -1 --format=%ct
+    COMMAND git --git-dir=${SOURCE_DIR}/.git log -1 --format=%ct
     OUTPUT_VARIABLE epoch OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
 endif()
 if(NOT epoch MATCHES "^[0-9]+$")

@@ -72,9 +72,9 @@ long CGIPartSet::Initialize(const char* buffer, unsigned long length) {
 
 CGIPart* CGIPartSet::findPart(const char* name) {
     const TraceScope trace("CGIPartSet::findPart");
-    auto* const part = static_cast<CGIPart*>(find(name));
+    auto* part = static_cast<CGIPart*>(find(name));
     if (part != nullptr) {
-        const char* const value = part->getValue();
+        const char* value = part->getValue();
         if (value != nullptr) {
             dnzxtr_text(value);
         }
@@ -84,7 +84,7 @@ CGIPart* CGIPartSet::findPart(const char* name) {
 
 long CGIPartSet::getPartValue(const char* name, char* buffer, unsigned long* length) {
     const TraceScope trace("CGIPartSet::getPartValue");
-    const CGIPart* const part = findPart(name);
+    const CGIPart* part = findPart(name);
     const unsigned long size = *length;
     if (size > 0) {
         buffer[0] = '\0';
@@ -93,7 +93,7 @@ long CGIPartSet::getPartValue(const char* name, char* buffer, unsigned long* len
     if (part == nullptr) {
         return kFailed;
     }
-    const char* const value = part->getValue();
+    const char* value = part->getValue();
     if (value == nullptr) {
         return kDone;
     }
@@ -109,7 +109,7 @@ long CGIPartSet::getPartValue(const char* name, char* buffer, unsigned long* len
 
 unsigned long CGIPartSet::scanForNumberOfParts(const char* buffer, unsigned long length) {
     char text[kTraceTextSize];
-    BoundedText(text).appendf("CGIPartSet::scanForNumberOfParts l=%ld", static_cast<long>(length));
+    BoundedText(text).appendf("CGIPartSet::scanForNumberOfParts l=%lu", length);
     const TraceScope trace(text, "CGIPartSet::scanForNumberOfParts");
     unsigned long count = 0;
     if (length > 0) {
@@ -117,7 +117,7 @@ unsigned long CGIPartSet::scanForNumberOfParts(const char* buffer, unsigned long
     } else {
         dnzxtr_text("No part data");
     }
-    BoundedText(text).appendf("numberOfParts=%ld", static_cast<long>(count));
+    BoundedText(text).appendf("numberOfParts=%lu", count);
     dnzxtr_text(text);
     return count;
 }

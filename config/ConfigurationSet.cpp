@@ -55,12 +55,12 @@ int ConfigurationSet::operator!=(const ConfigurationSet& /*other*/) const {
 
 ConfigurationPart* ConfigurationSet::findPart(const char* name) {
     const TraceScope trace("ConfigSet::findPart");
-    NameValuePair* const fromForm = cgiParts.findPart(name);
+    NameValuePair* fromForm = cgiParts.findPart(name);
     if (validValue(fromForm) != 0) {
         return fromForm;
     }
     for (IniFileSet* const set : {&requestIni, &defaultIni}) {
-        NameValuePair* const fromFile = set->findPart(name);
+        NameValuePair* fromFile = set->findPart(name);
         if (validValue(fromFile) != 0) {
             return fromFile;
         }
@@ -72,18 +72,18 @@ int ConfigurationSet::validValue(NameValuePair* pair) {
     if (pair == nullptr) {
         return 0;
     }
-    const char* const name = pair->getName();
+    const char* name = pair->getName();
     if (name != nullptr && std::strcmp(name, kQueueManager) == 0) {
         return 1;
     }
-    const char* const value = pair->getValue();
+    const char* value = pair->getValue();
     return value != nullptr && value[0] != '\0' ? 1 : 0;
 }
 
 // A field without a value names no file.
 void ConfigurationSet::readRequestIni() {
-    const CGIPart* const field = cgiParts.findPart(kIniFileField);
-    const char* const name = field != nullptr ? field->getValue() : nullptr;
+    const CGIPart* field = cgiParts.findPart(kIniFileField);
+    const char* name = field != nullptr ? field->getValue() : nullptr;
     if (name != nullptr && name[0] != '\0') {
         hasRequestIni = 1;
         requestIni.setIniFileName(name);

@@ -32,7 +32,8 @@ bool isDefaultLanguage(std::string_view language) {
            language == "POSIX";
 }
 
-// Languages whose country differs from the language, as in ja_JP, keep the country that is set.
+// Portuguese and Polish, Japanese, Korean and Chinese keep the country that is set, and so does a
+// language that its country is named after.
 bool keepsCountry(const char* code) {
     constexpr std::string_view kFirstLetters = "pjkz";
     const bool byLetter = code[0] != '\0' && kFirstLetters.find(code[0]) != std::string_view::npos;
@@ -51,15 +52,15 @@ std::string languageCode(const char* language) {
     char code[kCodeLength + 1] = {};
     BoundedText(code).append(language);
     if (!keepsCountry(code)) {
-        // Behind the end of a shorter code this changes nothing that is read.
+        // In a code of two letters the terminator hides these.
         code[3] = upperCase(code[0]);
         code[4] = upperCase(code[1]);
     }
     return code;
 }
 
-void extendPath() {
-    const char* const present = std::getenv("PATH");
+void appendSearchDirectories() {
+    const char* present = std::getenv("PATH");
     const std::string path = std::string(present != nullptr ? present : "")
                                  .append(kProductDirectories)
                                  .append(kLanguageRoot)
@@ -67,7 +68,7 @@ void extendPath() {
     setenv("PATH", path.c_str(), kOverwrite);
 }
 
-// A writable copy of a list, or null when there is no storage for it.
+// A writable copy of a list, or null when there is no storage for it: the file is not found then.
 std::unique_ptr<char[]> copyList(std::string_view list) {
     std::unique_ptr<char[]> copy(new (std::nothrow) char[list.size() + 1]);
     if (copy != nullptr) {
@@ -112,10 +113,10 @@ bool isInList(char* list, std::string_view fileName, char* result, std::size_t s
 }  // namespace
 
 int findfileinpath(const char* envName, const char* fileName, char* result, int maxLength) {
-    extendPath();
+    appendSearchDirectories();
     dnzxtr_text("Using path to find file:");
     dnzxtr_text(fileName);
-    const char* const list = std::getenv(envName);
+    const char* list = std::getenv(envName);
     if (list == nullptr || maxLength <= 0) {
         return kFailed;
     }

@@ -2,9 +2,6 @@
 // National-language pages are chosen by it: the last directory searched is that of the language.
 #pragma once
 
-// The room for the path of a file, its terminator included.
-constexpr int kSearchPathSize = 255;
-
 // Extends PATH by the product's directories and that of the language in LANG, then tries each
 // directory of the list in the environment variable `envName`, skipping empty elements.
 //   result     gets the path found, or at failure the last path tried; untouched when there is no

@@ -4,12 +4,6 @@
 
 #include "ServiceCalls.h"
 
-namespace {
-
-constexpr char kDescriptionMark = '#';
-
-}  // namespace
-
 IniFilePart::IniFilePart() {
     const TraceScope trace("IniFilePart::IniFilePart");
 }
@@ -44,13 +38,13 @@ int IniFilePart::operator!=(const IniFilePart& other) const {
 
 const char* IniFilePart::getValue() const {
     const TraceScope trace("IniFilePart::getValue");
-    const char* const stored = get_oValue();
+    const char* stored = get_oValue();
     return stored == nullptr || stored[0] == kDescriptionMark ? nullptr : stored;
 }
 
 const char* IniFilePart::getDesc() const {
     const TraceScope trace("IniFilePart::getDesc");
-    const char* const stored = get_oValue();
+    const char* stored = get_oValue();
     if (stored == nullptr) {
         return nullptr;
     }
@@ -61,6 +55,6 @@ const char* IniFilePart::getDesc() const {
     if (behindValue >= get_oValueLength()) {
         return nullptr;
     }
-    const char* const mark = std::strchr(stored + behindValue, kDescriptionMark);
+    const char* mark = std::strchr(stored + behindValue, kDescriptionMark);
     return mark == nullptr || mark[1] == '\0' ? nullptr : mark + 1;
 }

@@ -3,6 +3,9 @@
 
 #include "NameValuePair.h"
 
+// Stands in front of a description, in the file and in the stored text.
+constexpr char kDescriptionMark = '#';
+
 // Value and description share the one value array of the pair, in one of three shapes:
 //   value             the value, a zero byte, then text in which `#` brings in the description
 //   description only  `#` and the description

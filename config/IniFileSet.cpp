@@ -10,6 +10,7 @@
 #include "RegularFile.h"
 #include "Results.h"
 #include "ServiceCalls.h"
+#include "Sizes.h"
 
 namespace {
 
@@ -17,7 +18,6 @@ constexpr int kReadSize = 256;             // 255 bytes of a line and a terminat
 constexpr std::size_t kWrittenLine = 259;  // a line of 255 bytes may grow by ` # ` when saved
 
 constexpr char kBlank = ' ';
-constexpr char kDescriptionMark = '#';
 constexpr char kNoDescription[] = "# ";  // what a value without a description is saved with
 
 struct IniLine {
@@ -39,9 +39,10 @@ IniLine splitLine(std::string_view line) {
     return {name, withoutLeadingBlanks(line.substr(name.size()))};
 }
 
-// The text that an entry read from a file stores; it always holds the mark of a description.
+// The text that an entry read from a file stores: none for no second word, else one that always
+// holds the mark of a description.
 std::string storedText(std::string_view rest) {
-    if (rest.find(kDescriptionMark) != std::string_view::npos) {
+    if (rest.empty() || rest.find(kDescriptionMark) != std::string_view::npos) {
         return std::string(rest);
     }
     return std::string(firstWord(rest)).append(1, kBlank).append(1, kDescriptionMark);
@@ -76,14 +77,12 @@ void cutValue(char* stored) {
 
 NameValuePair* newPartFromLine(const IniLine& line) {
     const std::string name(line.name);
-    if (line.rest.empty()) {
-        auto* const part = new IniFilePart(name.c_str(), nullptr);
-        dnzxtr_text(name.c_str());
+    const std::string text = storedText(line.rest);
+    auto* part = new IniFilePart(name.c_str(), text.empty() ? nullptr : text.c_str());
+    dnzxtr_text(name.c_str());
+    if (text.empty()) {
         return part;
     }
-    const std::string text = storedText(line.rest);
-    auto* const part = new IniFilePart(name.c_str(), text.c_str());
-    dnzxtr_text(name.c_str());
     dnzxtr_text(text.c_str());
     if (text.front() != kDescriptionMark) {
         cutValue(part->get_oValue());
@@ -94,9 +93,9 @@ NameValuePair* newPartFromLine(const IniLine& line) {
 // Opens the file as the search finds it and notes the directory, if the path has one; null when
 // the file isn't found.
 StreamHandle openBySearch(const std::string& name, std::optional<std::string>& directory) {
-    char path[kSearchPathSize];
+    char path[kPathSize];
     if (BoundedText(path).append(name).truncated() ||
-        findfileinpath("PATH", name.c_str(), path, kSearchPathSize) != kDone) {
+        findfileinpath("PATH", name.c_str(), path, static_cast<int>(kPathSize)) != kDone) {
         return nullptr;
     }
     StreamHandle file = openRegularStream(path);
@@ -111,8 +110,8 @@ StreamHandle openBySearch(const std::string& name, std::optional<std::string>& d
 
 void buildLine(BoundedText& line, const NameValuePair& part) {
     line.append(part.getName());
-    const char* const value = part.getValue();
-    const char* const desc = part.getDesc();
+    const char* value = part.getValue();
+    const char* desc = part.getDesc();
     if (value != nullptr) {
         line.appendf(" %s #%s", value, desc != nullptr ? desc : "");
     } else if (desc != nullptr) {
@@ -200,7 +199,7 @@ NameValuePair* IniFileSet::findPart(const char* name) {
 void IniFileSet::addNewIniPart(const char* name, const char* value, const char* desc) {
     const TraceScope trace("IniFileSet::addNewIniPart");
     const std::string text = composedText(value, desc);
-    auto* const part = new IniFilePart(name, text.empty() ? nullptr : text.c_str());
+    auto* part = new IniFilePart(name, text.empty() ? nullptr : text.c_str());
     push(part);
     if (part->getValue() != nullptr) {
         cutValue(part->get_oValue());
@@ -211,7 +210,7 @@ int IniFileSet::saveIniFile(const char* path) {
     TraceScope trace("IniFileSet::saveIniFile");
     dnzxtr_text("Save to file");
     dnzxtr_text(path);
-    const StreamHandle file(std::fopen(path, "w"));
+    const StreamHandle file = openEmptiedStream(path);
     if (file == nullptr) {
         return trace.exitWith(kFailed);
     }

@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::uint32_t kFirstIndexSize = 256;
 constexpr std::uint32_t kHalfLife = 2;
-constexpr std::size_t kSlotSize = sizeof(void*);
+constexpr std::size_t kSlotSize = sizeof(void*);  // a slot is a pointer
 
 std::unique_ptr<NameValuePair* []> newIndex(std::uint32_t size) {
     return std::make_unique_for_overwrite<NameValuePair*[]>(size);
@@ -76,8 +76,8 @@ unsigned long NameValuePairSet::push(NameValuePair* pair) {
         enlargeIndex();
     }
     // The slots in use are sorted, so opening a gap at the right place sorts them again.
-    NameValuePair** const end = oIndexOfPairs.get() + NumberInSet;
-    NameValuePair** const place = std::upper_bound(oIndexOfPairs.get(), end, pair, standsBefore);
+    NameValuePair** end = oIndexOfPairs.get() + NumberInSet;
+    NameValuePair** place = std::upper_bound(oIndexOfPairs.get(), end, pair, standsBefore);
     std::copy_backward(place, end, end + 1);
     *place = pair;
     ++NumberInSet;
@@ -85,12 +85,12 @@ unsigned long NameValuePairSet::push(NameValuePair* pair) {
 }
 
 unsigned long NameValuePairSet::pull(NameValuePair* pair) {
-    NameValuePair** const end = oIndexOfPairs.get() + NumberInSet;
-    NameValuePair** const place = std::find(oIndexOfPairs.get(), end, pair);
+    NameValuePair** end = oIndexOfPairs.get() + NumberInSet;
+    NameValuePair** place = std::find(oIndexOfPairs.get(), end, pair);
     if (place == end) {
         return kFailed;
     }
-    NameValuePair** const last = end - 1;
+    NameValuePair** last = end - 1;
     *place = *last;
     *last = nullptr;
     --NumberInSet;
@@ -100,8 +100,7 @@ unsigned long NameValuePairSet::pull(NameValuePair* pair) {
 
 NameValuePair* NameValuePairSet::find(const char* name) {
     const NameValuePair key(name, std::strlen(name), nullptr, 0);
-    const void* const slot =
-        std::bsearch(&key, oIndexOfPairs.get(), NumberInSet, kSlotSize, altCompare);
+    const void* slot = std::bsearch(&key, oIndexOfPairs.get(), NumberInSet, kSlotSize, altCompare);
     return slot != nullptr ? *static_cast<NameValuePair* const*>(slot) : nullptr;
 }
 

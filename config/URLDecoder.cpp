@@ -118,7 +118,7 @@ char* URLDecoder::decode(const char* in, char* out) const {
 }
 
 char* URLDecoder::decodeInPlace(char* text) const {
-    // Both records stand in front of those of the decoding.
+    // The decoding writes records of its own behind these, not inside.
     { const TraceScope trace("URLDecoder::decodeInPlace"); }
     return decode(text, text);
 }
@@ -129,7 +129,7 @@ char* url_encode(const char* text) {
     }
     const std::string_view plain(text);
     const std::size_t size = kEscapeLength * plain.size() + 1;
-    char* const encoded = static_cast<char*>(std::calloc(size, 1));
+    char* encoded = static_cast<char*>(std::calloc(size, 1));
     if (encoded == nullptr) {
         return nullptr;
     }

@@ -9,13 +9,12 @@
 #include "ConfigurationSet.h"
 #include "ContextName.h"
 #include "Numbers.h"
+#include "Results.h"
 #include "ServiceCalls.h"
 #include "StreamHandle.h"
 #include "URLDecoder.h"
 
 namespace {
-
-constexpr long kDone = 1;
 
 void writeToCache(Cache& cache, const char* text) {
     cache.write(text, static_cast<long>(std::strlen(text)));
@@ -26,14 +25,13 @@ void writeToCache(Cache& cache, const char* text) {
 
 CGIInterface::CGIInterface() {
     const TraceScope trace("CGIInterface::CGIInterface");
-    configurationSet = new ConfigurationSet(this);
+    configurationSet = std::make_unique<ConfigurationSet>(this);
 }
 
 CGIInterface::~CGIInterface() {
     const TraceScope trace("CGIInterface::~CGIInterface");
-    delete configurationSet;
-    delete[] inputBuffer;
-    inputBuffer = nullptr;
+    configurationSet.reset();
+    inputBuffer.reset();
     inputBufferLength = 0;
 }
 
@@ -47,7 +45,7 @@ long CGIInterface::write_header(const char* name, const char* value) {
     std::printf("%s:%s\n", name, value);
     std::fflush(stdout);
     headerWritten = 1;
-    return trace.exitWith(kDone);
+    return trace.exitWith<long>(kDone);
 }
 
 long CGIInterface::write_text(const char* text, long length) {
@@ -55,29 +53,28 @@ long CGIInterface::write_text(const char* text, long length) {
     endHeaderSection();
     const std::size_t count = length != 0 ? static_cast<std::size_t>(length) : std::strlen(text);
     std::fwrite(text, 1, count, stdout);
-    return trace.exitWith(kDone);
+    return trace.exitWith<long>(kDone);
 }
 
 long CGIInterface::write_text(const int number) {
     TraceScope trace("CGIInterface::write_text(int)");
     endHeaderSection();
     std::printf("%d", number);
-    return trace.exitWith(kDone);
+    return trace.exitWith<long>(kDone);
 }
 
 long CGIInterface::CacheContext(Cache* cache, const char* /*unused*/) {
     TraceScope trace("CGIInterface::CacheContext");
     for (const char* name : ContextName) {
-        const char* value = std::getenv(name);
         cache->write("&", 1);
         writeToCache(*cache, name);
         cache->write("=", 1);
-        const CTextHandle encoded(value != nullptr ? url_encode(value) : nullptr);
+        const CTextHandle encoded(url_encode(std::getenv(name)));
         if (encoded != nullptr) {
             writeToCache(*cache, encoded.get());
         }
     }
-    return trace.exitWith(kDone);
+    return trace.exitWith<long>(kDone);
 }
 
 long CGIInterface::LogError(const char* text) {
@@ -88,7 +85,7 @@ long CGIInterface::LogError(const char* text) {
 const char* CGIInterface::getInputBuffer() {
     const TraceScope trace("CGIInterface::getInputBuffer");
     if (inputBuffer != nullptr) {
-        return inputBuffer;
+        return inputBuffer.get();
     }
     readContentLength();
     if (inputBufferLength != 0) {
@@ -97,7 +94,7 @@ const char* CGIInterface::getInputBuffer() {
     if (inputBufferLength == 0) {
         LogError("CONTENT_LENGTH is zero");
     }
-    return inputBuffer;
+    return inputBuffer.get();
 }
 
 void CGIInterface::readContentLength() {
@@ -107,17 +104,17 @@ void CGIInterface::readContentLength() {
     }
     const int length = text != nullptr ? leadingNumber(text) : 0;
     // A body that was found short stays no body for whoever asks next.
-    const bool isReadable = length > 0 && std::feof(stdin) == 0;
+    const bool isReadable = length > 0 && std::feof(stdin) == 0 && std::ferror(stdin) == 0;
     inputBufferLength = isReadable ? static_cast<unsigned long>(length) : 0;
 }
 
 void CGIInterface::readBody() {
     const unsigned long length = inputBufferLength;
     char text[80];
-    BoundedText(text).appendf("CONTENT_LENGTH = %ld", static_cast<long>(length));
+    BoundedText(text).appendf("CONTENT_LENGTH = %lu", length);
     dnzxtr_text(text);
-    inputBuffer = new char[length + 1];
-    const std::size_t received = std::fread(inputBuffer, 1, length, stdin);
+    inputBuffer = std::make_unique_for_overwrite<char[]>(length + 1);
+    const std::size_t received = std::fread(inputBuffer.get(), 1, length, stdin);
     if (received == length) {
         inputBuffer[length] = '\0';
         ++inputBufferLength;
@@ -125,8 +122,7 @@ void CGIInterface::readBody() {
     }
     BoundedText(text).appendf("CONTENT_LENGTH is %lu, but only %zu bytes came\n", length, received);
     LogError(text);
-    delete[] inputBuffer;
-    inputBuffer = nullptr;
+    inputBuffer.reset();
     inputBufferLength = 0;
 }
 

@@ -3,6 +3,7 @@
 #include <cstdint>
 
 #include "BoundedText.h"
+#include "FormFields.h"
 #include "HTMLPage.h"
 #include "MessageNumbers.h"
 #include "MessageText.h"
@@ -14,23 +15,44 @@ namespace {
 
 constexpr char kHidden[] = "HIDDEN";
 
-void write(const char* text) {
-    WebInterface::Instance()->write_text(text, 0);
-}
-
-void writeMessage(std::int32_t number) {
-    write(MessageText(number).text());
-}
-
-// A field name: a letter for the kind and the index of its row.
-class FieldName {
+// The page of one operation: each operation looks its web interface up once.
+class Page {
 public:
-    FieldName(char kind, int row) { BoundedText(name_).appendf("%c%d", kind, row); }
-    [[nodiscard]] const char* text() const { return name_; }
+    void write(const char* text) { web_.write_text(text, 0); }
+    void writeMessage(std::int32_t number) { write(MessageText(number).text()); }
 
 private:
-    char name_[16];
+    WebInterface& web_ = *WebInterface::Instance();
 };
+
+void writeNewEntryTable(Page& page) {
+    page.write("</TABLE>\n<P>");
+    page.writeMessage(kNewEntryText);
+    page.write("</P>\n");
+    page.write("<TABLE BORDER=0>\n");
+    page.write("<TR><TH>");
+    page.writeMessage(kNameHead);
+    page.write("</TH><TH>");
+    page.writeMessage(kValueHead);
+    page.write("</TH><TH>");
+    page.writeMessage(kDescriptionHead);
+    page.write("</TH></TR>\n");
+    page.write(
+        "<TR><TD><INPUT NAME=dnzNewName VALUE=\"\" SIZE=25></TD>                  \n"
+        "<TD><INPUT NAME=dnzNewValue VALUE=\"\" SIZE=25></TD>\n"
+        "                  <TD><INPUT NAME=dnzNewDesc VALUE=\"\" SIZE=25></TD></TR>\n");
+    page.write("</TABLE>\n");
+}
+
+void writeSaveName(Page& page, const char* saveFile) {
+    page.write("<PRE>");
+    page.write("<STRONG><FONT size=+1>\n");
+    page.writeMessage(kSaveNameLabel);
+    page.write("</FONT></STRONG><INPUT NAME=dnzINIsave VALUE=");
+    page.write(saveFile);
+    page.write(" SIZE=25>");
+    page.write("</PRE>\n");
+}
 
 }  // namespace
 
@@ -52,80 +74,56 @@ void ConfigDisplay::insertRow(NameValuePair* pair) {
     if (pair == nullptr) {
         return;
     }
+    Page page;
     const int row = rowCount++;
-    write("<TR>\n");
+    page.write("<TR>\n");
     write_data_field(pair->getName());
-    write_input_field(FieldName('v', row).text(), pair->getValue(), nullptr);
-    write_input_field(FieldName('d', row).text(), pair->getDesc(), nullptr);
-    write_checkbox_field(FieldName('e', row).text());
-    write_input_field(FieldName('n', row).text(), pair->getName(), kHidden);
-    write("</TR>\n");
+    write_input_field(FieldName(kValueKind, row).text(), pair->getValue(), nullptr);
+    write_input_field(FieldName(kDescriptionKind, row).text(), pair->getDesc(), nullptr);
+    write_checkbox_field(FieldName(kExcludeKind, row).text());
+    write_input_field(FieldName(kNameKind, row).text(), pair->getName(), kHidden);
+    page.write("</TR>\n");
 }
 
 void ConfigDisplay::endTable(const char* hideFile, const char* saveFile, const char* filePath) {
-    HTMLPage page("dnzcnf3.htm");
-    writeNewEntryTable();
+    HTMLPage closingPage("dnzcnf3.htm");
+    Page page;
+    writeNewEntryTable(page);
     if (filePath != nullptr) {
-        write_input_field("dnzfilepath", filePath, kHidden);
+        write_input_field(kFilePathField, filePath, kHidden);
     }
-    writeSaveName(saveFile);
+    writeSaveName(page, saveFile);
     char count[16];
     BoundedText(count).appendf("%d", rowCount);
-    write_input_field("dnzNumPairs", count, kHidden);
-    write_input_field("dnzhidefile", hideFile, kHidden);
-    static_cast<void>(page.writeToStdout());  // a missing page has left its message
+    write_input_field(kRowCountField, count, kHidden);
+    write_input_field(kShownFileField, hideFile, kHidden);
+    static_cast<void>(closingPage.writeToStdout());  // a missing page has left its message
     rowCount = 0;
 }
 
-void ConfigDisplay::writeNewEntryTable() {
-    write("</TABLE>\n<P>");
-    writeMessage(kNewEntryText);
-    write("</P>\n");
-    write("<TABLE BORDER=0>\n");
-    write("<TR><TH>");
-    writeMessage(kNameHead);
-    write("</TH><TH>");
-    writeMessage(kValueHead);
-    write("</TH><TH>");
-    writeMessage(kDescriptionHead);
-    write("</TH></TR>\n");
-    write(
-        "<TR><TD><INPUT NAME=dnzNewName VALUE=\"\" SIZE=25></TD>                  \n"
-        "<TD><INPUT NAME=dnzNewValue VALUE=\"\" SIZE=25></TD>\n"
-        "                  <TD><INPUT NAME=dnzNewDesc VALUE=\"\" SIZE=25></TD></TR>\n");
-    write("</TABLE>\n");
-}
-
-void ConfigDisplay::writeSaveName(const char* saveFile) {
-    write("<PRE>");
-    write("<STRONG><FONT size=+1>\n");
-    writeMessage(kSaveNameLabel);
-    write("</FONT></STRONG><INPUT NAME=dnzINIsave VALUE=");
-    write(saveFile);
-    write(" SIZE=25>");
-    write("</PRE>\n");
-}
-
 void ConfigDisplay::write_input_field(const char* name, const char* value, const char* hidden) {
-    write(hidden != nullptr ? "<TD><INPUT TYPE= HIDDEN " : "<TD><INPUT TYPE= INPUT ");
-    write(" NAME= ");
-    write(name);
-    write(" VALUE= \"");
+    Page page;
+    page.write(hidden != nullptr ? "<TD><INPUT TYPE= HIDDEN " : "<TD><INPUT TYPE= INPUT ");
+    page.write(" NAME= ");
+    page.write(name);
+    page.write(" VALUE= \"");
     if (value != nullptr) {
-        write(value);
+        page.write(value);
     }
-    write("\"  SIZE= 25 > </TD>\n ");
+    page.write("\"  SIZE= 25 > </TD>\n ");
 }
 
 void ConfigDisplay::write_checkbox_field(const char* name) {
-    write("<TD><INPUT TYPE= CHECKBOX ");
-    write(" NAME= ");
-    write(name);
-    write(" VALUE= n  > </TD>\n");
+    Page page;
+    page.write("<TD><INPUT TYPE= CHECKBOX ");
+    page.write(" NAME= ");
+    page.write(name);
+    page.write(" VALUE= n  > </TD>\n");
 }
 
 void ConfigDisplay::write_data_field(const char* text) {
-    write("<TD> ");
-    write(text);
-    write("</TD>");
+    Page page;
+    page.write("<TD> ");
+    page.write(text);
+    page.write("</TD>");
 }

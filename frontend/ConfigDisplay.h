@@ -27,8 +27,5 @@ public:
     void write_data_field(const char* text);
 
 private:
-    void writeNewEntryTable();
-    void writeSaveName(const char* saveFile);
-
     int rowCount = 0;  // rows written, which is the index of the next one
 };

@@ -1,31 +1,31 @@
 #include "ConfigInterface.h"
 
 #include <cstring>
+#include <string_view>
 
 #include "BoundedText.h"
 #include "CGIPart.h"
 #include "ConfigDisplay.h"
+#include "FormFields.h"
 #include "MessageNumbers.h"
 #include "MessageText.h"
 #include "NameValuePair.h"
 #include "Numbers.h"
+#include "Results.h"
 #include "ServiceCalls.h"
-#include "TextCopy.h"
+#include "Sizes.h"
+#include "TextView.h"
 #include "WebInterface.h"
 
 namespace {
 
-constexpr int kDone = 1;
-constexpr int kRefused = 0;
-
-constexpr int kSave = 1;
-constexpr int kRedisplay = 2;
-constexpr int kOpen = 3;
-
-constexpr std::size_t kTargetSize = 255;
-
 bool holdsAny(const char* text, const char* characters) {
     return text != nullptr && std::strpbrk(text, characters) != nullptr;
+}
+
+// Only digits: of any other text our form would be saved with rows missing.
+bool isNumber(std::string_view text) {
+    return text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
 bool isRooted(const char* name) {
@@ -63,18 +63,19 @@ int ConfigInterface::Initialize(const char* input) {
     if (input != nullptr) {
         formParts.Initialize(input, std::strlen(input));
     }
-    if (formParts.findPart("dnzcnf") != nullptr) {
-        return trace.exitWith(useShownFile("dnzINIfile", kOpen));
+    if (formParts.findPart(kOpenField) != nullptr) {
+        return trace.exitWith(useShownFile(kOpenFileField, kOpen));
     }
-    if (formParts.findPart("dnzhidefile") != nullptr) {
-        const int result = useShownFile("dnzhidefile", kRedisplay);
-        if (result == kDone && formParts.findPart("dnzSave") != nullptr) {
+    if (formParts.findPart(kShownFileField) != nullptr) {
+        const int result = useShownFile(kShownFileField, kRedisplay);
+        if (result == kDone && formParts.findPart(kSaveField) != nullptr) {
             operation = kSave;
         }
         return trace.exitWith(result);
     }
+    // Not a form at all: there is nothing to go back to, so no closing message follows.
     OutputMessage(kNotOurForm, 1, nullptr, nullptr);
-    return trace.exitWith(kRefused);
+    return trace.exitWith(kFailed);
 }
 
 int ConfigInterface::useShownFile(const char* fieldName, int chosenOperation) {
@@ -100,41 +101,30 @@ void ConfigInterface::CreateHTML() {
     const TraceScope trace("ConfigInterface::CreateHTML");
     IniFileSet shown;
     ConfigDisplay display;
-    shown.setIniFileName(iniCFGFile.get());
-    NameValuePair* pair = shown.getFirst();
-    if (display.startTable() == 0) {
+    shown.setIniFileName(getIniCFGFile());
+    NameValuePair* first = shown.getFirst();
+    if (display.startTable() == kFailed) {
         return;
     }
-    for (; pair != nullptr; pair = shown.getNext()) {
+    for (NameValuePair* pair = first; pair != nullptr; pair = shown.getNext()) {
         display.insertRow(pair);
     }
-    const char* shownFile = iniCFGFile.get();
-    display.endTable(shownFile, iniSaveFile != nullptr ? iniSaveFile : shownFile,
-                     shown.getIniFilePath());
+    const char* offeredFile = iniSaveFile != nullptr ? iniSaveFile : getIniCFGFile();
+    display.endTable(getIniCFGFile(), offeredFile, shown.getIniFilePath());
 }
 
 void ConfigInterface::Savecfg() {
     const TraceScope trace("ConfigInterface::Savecfg");
-    iniSaveFile = getFieldValue("dnzINIsave");
+    iniSaveFile = getFieldValue(kSaveFileField);
     if (iniSaveFile == nullptr) {
         refuse(kNoFileToSave);
         return;
     }
-    if (createIniPairs() == kRefused || Validate() == kRefused) {
+    if (createIniPairs() == kFailed || Validate() == kFailed) {
         return;
     }
     Compare();
-
-    char targetBuffer[kTargetSize];
-    BoundedText target(targetBuffer);
-    const char* directory = getFieldValue("dnzfilepath");
-    if (directory != nullptr && !isRooted(iniSaveFile)) {
-        target.append(directory);
-    }
-    target.append(iniSaveFile);
-    dnzxtr_text(targetBuffer);
-
-    if (target.truncated() || iniParts.saveIniFile(targetBuffer) == 0) {
+    if (saveEntries() == kFailed) {
         refuse(kTargetNotWritable);
         return;
     }
@@ -142,15 +132,46 @@ void ConfigInterface::Savecfg() {
     CreateHTML();
 }
 
+// Saves in the directory in which the shown file was found, unless the name has one of its own.
+int ConfigInterface::saveEntries() {
+    char targetBuffer[kPathSize];
+    BoundedText target(targetBuffer);
+    const char* directory = getFieldValue(kFilePathField);
+    if (directory != nullptr && !isRooted(iniSaveFile)) {
+        target.append(directory);
+    }
+    target.append(iniSaveFile);
+    dnzxtr_text(targetBuffer);
+    return target.truncated() ? kFailed : iniParts.saveIniFile(targetBuffer);
+}
+
+void ConfigInterface::Compare() {
+    const TraceScope trace("ConfigInterface::Compare");
+    if (iniCFGFile == iniSaveFile) {
+        return;
+    }
+    IniFileSet target;
+    target.setIniFileName(iniSaveFile);
+    for (NameValuePair* pair = target.getFirst(); pair != nullptr; pair = target.getNext()) {
+        const char* name = pair->getName();
+        if (iniParts.findPart(name) == nullptr && excludedParts.findPart(name) == nullptr) {
+            // The order of the two calls is that of their trace records.
+            const char* value = pair->getValue();
+            const char* description = pair->getDesc();
+            iniParts.addNewIniPart(name, value, description);
+        }
+    }
+}
+
 void ConfigInterface::setIniCFGFile(const char* name) {
     const TraceScope trace("ConfigInterface::setIniCFGFile");
     if (name != nullptr) {
-        iniCFGFile = copyOfText(name);
+        iniCFGFile = name;
     }
 }
 
 const char* ConfigInterface::getIniCFGFile() const {
-    return iniCFGFile.get();
+    return iniCFGFile ? iniCFGFile->c_str() : nullptr;
 }
 
 int ConfigInterface::getOperation() const {
@@ -160,7 +181,8 @@ int ConfigInterface::getOperation() const {
 char* ConfigInterface::getFieldValue(const char* name) {
     const TraceScope trace("ConfigInterface::getFieldValue");
     const CGIPart* part = formParts.findPart(name);
-    if (part == nullptr || part->getValue() == nullptr) {
+    // A text that begins with a zero byte is as empty as none.
+    if (part == nullptr || viewOf(part->getValue()).empty()) {
         return nullptr;
     }
     char* value = part->get_oValue();
@@ -171,13 +193,13 @@ char* ConfigInterface::getFieldValue(const char* name) {
 
 int ConfigInterface::createIniPairs() {
     TraceScope trace("ConfigInterface::createIniPairs");
-    const char* count = getFieldValue("dnzNumPairs");
-    if (count == nullptr) {
+    const char* count = getFieldValue(kRowCountField);
+    if (count == nullptr || !isNumber(count)) {
         return trace.exitWith(refuse(kNotOurForm));
     }
     const int rows = leadingNumber(count);
     for (int row = 0; row < rows; ++row) {
-        if (addRow(row) == kRefused) {
+        if (addRow(row) == kFailed) {
             return trace.exitWith(refuse(kNotOurForm));
         }
     }
@@ -186,23 +208,21 @@ int ConfigInterface::createIniPairs() {
 
 ConfigInterface::Row ConfigInterface::readRow(int index) {
     const auto field = [this, index](char kind) {
-        char name[16];
-        BoundedText(name).appendf("%c%d", kind, index);
-        return getFieldValue(name);
+        return getFieldValue(FieldName(kind, index).text());
     };
     Row row{};
-    row.name = field('n');
+    row.name = field(kNameKind);
     stripTrailingBlanks(row.name);
-    row.value = field('v');
-    row.description = field('d');
-    row.exclude = field('e');
+    row.value = field(kValueKind);
+    row.description = field(kDescriptionKind);
+    row.exclude = field(kExcludeKind);
     return row;
 }
 
 int ConfigInterface::addRow(int index) {
     const Row row = readRow(index);
     if (!row.isIntact()) {
-        return kRefused;
+        return kFailed;
     }
     IniFileSet& entries = row.exclude != nullptr ? excludedParts : iniParts;
     entries.addNewIniPart(row.name, row.value, row.description);
@@ -211,7 +231,7 @@ int ConfigInterface::addRow(int index) {
 
 int ConfigInterface::addNewEntry() {
     Row entry{};
-    entry.name = getFieldValue("dnzNewName");
+    entry.name = getFieldValue(kNewNameField);
     stripTrailingBlanks(entry.name);
     if (entry.name == nullptr || *entry.name == '\0') {
         return kDone;
@@ -219,8 +239,8 @@ int ConfigInterface::addNewEntry() {
     if (holdsAny(entry.name, " ")) {
         return refuse(kNewNameBlank, entry.name);
     }
-    entry.value = getFieldValue("dnzNewValue");
-    entry.description = getFieldValue("dnzNewDesc");
+    entry.value = getFieldValue(kNewValueField);
+    entry.description = getFieldValue(kNewDescriptionField);
     if (!entry.isIntact()) {
         return refuse(kNotOurForm);
     }
@@ -234,7 +254,7 @@ int ConfigInterface::addNewEntry() {
 int ConfigInterface::refuse(int message, const char* insert) {
     OutputMessage(message, 1, insert, nullptr);
     OutputMessage(kFailureEnd, 0, nullptr, nullptr);
-    return kRefused;
+    return kFailed;
 }
 
 void ConfigInterface::OutputMessage(int message, int first, const char* insert1,

@@ -1,24 +1,23 @@
 // The controller: it decides what a form asks for, shows an ini file as a form, and takes a form
 // that comes back through validation to the saved file. Nothing is held between requests: the
 // file, its directory and the row count travel in hidden fields.
-//
-// The fields of the form, N being the index of a row from 0:
-//   dnzcnf, dnzINIfile        open this file
-//   dnzhidefile               a form that comes back, and the file that it was made from
-//   dnzSave                   save it; without it the file is shown again
-//   dnzINIsave, dnzfilepath   the name to save under, and the directory that the file was found in
-//   dnzNumPairs               the number of rows
-//   nN, vN, dN, eN            name, value, description of a row, and a tick to leave it out
-//   dnzNewName, dnzNewValue, dnzNewDesc   one new entry
+// The fields of the form are those of FormFields.h.
 //
 // Results: 1 done, 0 refused. A refusal has been answered with a plain text page of messages, and
 // no file has been written then.
 #pragma once
 
-#include <memory>
+#include <optional>
+#include <string>
 
 #include "CGIPartSet.h"
 #include "IniFileSet.h"
+
+// What a request asks for.
+constexpr int kUndecided = 0;
+constexpr int kSave = 1;
+constexpr int kRedisplay = 2;
+constexpr int kOpen = 3;
 
 class ConfigInterface {
 public:
@@ -41,7 +40,7 @@ public:
     void setIniCFGFile(const char* name);
     // The name of the file that the form shows, or null. Borrowed.
     const char* getIniCFGFile() const;
-    // 0 undecided, 1 save, 2 redisplay, 3 open.
+    // What the request asks for, kUndecided before Initialize.
     int getOperation() const;
 
     // The value of a form field, or null when it has none or isn't in the form. Points into the
@@ -69,12 +68,13 @@ private:
     Row readRow(int index);
     int addRow(int index);
     int addNewEntry();
+    int saveEntries();
     int refuse(int message, const char* insert = nullptr);
 
     CGIPartSet formParts;
-    int operation = 0;
-    std::unique_ptr<char[]> iniCFGFile;
-    IniFileSet iniParts;                // what the form wants saved
-    IniFileSet excludedParts;           // the ticked rows
-    const char* iniSaveFile = nullptr;  // points into formParts
+    int operation = kUndecided;
+    std::optional<std::string> iniCFGFile;  // the file that the form shows
+    IniFileSet iniParts;                    // what the form wants saved
+    IniFileSet excludedParts;               // the ticked rows
+    const char* iniSaveFile = nullptr;      // points into formParts
 };

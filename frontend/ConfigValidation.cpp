@@ -1,12 +1,13 @@
-// What stands between a form that comes back and the saved file: the tests of the entries, and
-// what a different target file already holds.
+// The tests that every entry of a form passes before it is saved.
 #include <cstring>
 #include <string_view>
 
 #include "ConfigInterface.h"
 #include "MessageNumbers.h"
 #include "NameValuePair.h"
+#include "Results.h"
 #include "ServiceCalls.h"
+#include "TextView.h"
 
 namespace {
 
@@ -25,11 +26,8 @@ constexpr std::size_t kLongestQueueValue = 48;
 // What a saved line adds to its three parts: two blanks and the "#".
 constexpr std::size_t kEntryFrame = 3;
 
-std::string_view viewOf(const char* text) {
-    return text != nullptr ? std::string_view(text) : std::string_view();
-}
-
-// An entry as its tests see it. An absent value or description is empty.
+// An entry as its tests see it. An absent value or description is empty. The views show the
+// texts of the pair itself, so a value that is changed there is changed here.
 struct Entry {
     explicit Entry(NameValuePair& entryPair)
         : pair(entryPair),
@@ -53,16 +51,16 @@ public:
     explicit Reports(ConfigInterface& controller) : controller_(controller) {}
 
     void report(int message, const Entry& entry) {
-        controller_.OutputMessage(message, status_, nullptr, nullptr);
-        status_ = 0;
+        controller_.OutputMessage(message, isEmpty_ ? 1 : 0, nullptr, nullptr);
+        isEmpty_ = false;
         controller_.OutputMessage(kFaultyEntry, 0, entry.nameText, entry.valueText);
     }
-    // 1 as long as nothing was reported.
-    [[nodiscard]] int status() const { return status_; }
+    // Whether nothing was reported.
+    [[nodiscard]] bool isEmpty() const { return isEmpty_; }
 
 private:
     ConfigInterface& controller_;
-    int status_ = 1;
+    bool isEmpty_ = true;
 };
 
 bool isQueueEntry(std::string_view name) {
@@ -161,23 +159,9 @@ int ConfigInterface::Validate() {
             checkOtherValue(entry, reports);
         }
     }
-    if (reports.status() == 0) {
-        OutputMessage(kFailureEnd, 0, nullptr, nullptr);
+    if (reports.isEmpty()) {
+        return trace.exitWith(kDone);
     }
-    return trace.exitWith(reports.status());
-}
-
-void ConfigInterface::Compare() {
-    const TraceScope trace("ConfigInterface::Compare");
-    if (std::strcmp(iniSaveFile, iniCFGFile.get()) == 0) {
-        return;
-    }
-    IniFileSet target;
-    target.setIniFileName(iniSaveFile);
-    for (NameValuePair* pair = target.getFirst(); pair != nullptr; pair = target.getNext()) {
-        const char* name = pair->getName();
-        if (iniParts.findPart(name) == nullptr && excludedParts.findPart(name) == nullptr) {
-            iniParts.addNewIniPart(name, pair->getValue(), pair->getDesc());
-        }
-    }
+    OutputMessage(kFailureEnd, 0, nullptr, nullptr);
+    return trace.exitWith(kFailed);
 }

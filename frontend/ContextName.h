@@ -2,6 +2,8 @@
 // of old add to them.
 #pragma once
 
+#include <iterator>
+
 constexpr const char* ContextName[] = {
     "AUTH_TYPE",       "AUTH_PASS",       "HTTP_ACCEPT",       "HTTP_ACCEPT_LANGUAGE",
     "HTTP_PRAGMA",     "HTTP_HOST",       "HTTP_REFERER",      "HTTP_USER_AGENT",
@@ -12,3 +14,5 @@ constexpr const char* ContextName[] = {
     "REMOTE_IDENT",    "SERVER_ROOT",     "SERVER_NAME",       "SERVER_PORT",
     "SERVER_SOFTWARE", "SERVER_PROTOCOL", "GATEWAY_INTERFACE",
 };
+
+static_assert(std::size(ContextName) == 31);

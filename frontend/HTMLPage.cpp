@@ -1,21 +1,29 @@
 #include "HTMLPage.h"
 
+#include <cstdio>
 #include <cstring>
-#include <string_view>
 
 #include "BoundedText.h"
 #include "FileSearch.h"
 #include "MessageNumbers.h"
 #include "MessageText.h"
 #include "RegularFile.h"
+#include "Results.h"
 #include "ServiceCalls.h"
-#include "TextCopy.h"
+#include "Sizes.h"
 #include "WebInterface.h"
 
 namespace {
 
-constexpr long kWritten = 1;
-constexpr long kNotFound = 0;
+std::unique_ptr<char[]> copyOfText(const char* text) {
+    if (text == nullptr) {
+        return nullptr;
+    }
+    const std::size_t size = std::strlen(text) + 1;
+    std::unique_ptr<char[]> copy(new char[size]);
+    std::memcpy(copy.get(), text, size);
+    return copy;
+}
 
 bool sameText(const char* left, const char* right) {
     if (left == nullptr || right == nullptr) {
@@ -82,18 +90,18 @@ long HTMLPage::writeToStdout() {
     const char* name = HTMLSourceFile != nullptr ? HTMLSourceFile.get() : "";
     StreamHandle file = openRegularStream(name);
     if (file == nullptr) {
-        char path[kSearchPathSize];
+        char path[kPathSize];
         BoundedText(path).append(name);
-        if (findfileinpath("PATH", name, path, kSearchPathSize) == 0) {
+        if (findfileinpath("PATH", name, path, static_cast<int>(kPathSize)) == kFailed) {
             writeMissingPage(web, name);
-            return trace.exitWith(kNotFound);
+            return trace.exitWith(kFailed);
         }
         file = openRegularStream(path);
     }
     if (file != nullptr) {
         copyToPage(web, file.get());
     }
-    return trace.exitWith(kWritten);
+    return trace.exitWith(kDone);
 }
 
 const char* HTMLPage::get_HTMLSourceFile() const {

@@ -1,8 +1,6 @@
 // One object for each thread, found by the thread's identity.
 #pragma once
 
-#include <cstddef>
-
 // A table of borrowed objects with one slot for each normalised thread id. Threads whose ids are
 // equal modulo the number of slots share a slot. Not for use by several threads at the same time
 // before the one instance exists.

@@ -1,5 +1,6 @@
 #include "WebInterface.h"
 
+#include "ConfigurationSet.h"
 #include "ThreadObjectSet.h"
 
 WebInterface* WebInterface::Instance() {
@@ -13,7 +14,7 @@ WebInterface::WebInterface() {
 WebInterface::~WebInterface() = default;
 
 const char* WebInterface::getInputBuffer() {
-    return inputBuffer;
+    return inputBuffer.get();
 }
 
 unsigned long WebInterface::getInputBufferLength() const {
@@ -21,5 +22,5 @@ unsigned long WebInterface::getInputBufferLength() const {
 }
 
 ConfigurationSet* WebInterface::getConfigurationSet() const {
-    return configurationSet;
+    return configurationSet.get();
 }

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
@@ -29,6 +30,13 @@ void occupyStandardStreams() {
     }
 }
 
+// A write that can't be done, to a client that went away or past a file size limit, fails like any
+// other: it must not end the process halfway through a save.
+void ignoreWriteSignals() {
+    std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);
+}
+
 void writeLine(std::int32_t message) {
     std::printf("%s\n", MessageText(message).text());
 }
@@ -38,7 +46,8 @@ void refuse(const char* contentType, std::int32_t message) {
     writeLine(message);
 }
 
-// The gate: only a posted form gets through.
+// The gate: only a posted form gets through. Each fault is told on its own, a second one inside
+// the page of the first.
 int checkRequest() {
     const char* method = std::getenv("REQUEST_METHOD");
     const char* contentType = std::getenv("CONTENT_TYPE");
@@ -61,8 +70,7 @@ int checkRequest() {
 int serveRequest() {
     ConfigInterface controller;
     CGIInterface transport;
-    WebInterface& web = transport;
-    const int status = controller.Initialize(web.getInputBuffer());
+    const int status = controller.Initialize(transport.getInputBuffer());
     if (status != kRefused) {
         controller.ConfigUI();
     }
@@ -73,6 +81,7 @@ int serveRequest() {
 
 int main() {
     occupyStandardStreams();
+    ignoreWriteSignals();
     dnz_InitCommonServices("DNZ");
     TraceScope trace("NZGcnf (main)");
     int status = checkRequest();

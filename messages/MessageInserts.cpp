@@ -11,6 +11,7 @@
 #include "FailureReport.h"
 #include "ReturnCodes.h"
 #include "StreamHandle.h"
+#include "TextView.h"
 #include "TraceRecords.h"
 
 namespace {
@@ -18,9 +19,8 @@ namespace {
 constexpr std::size_t kMarkerCount = 8;
 constexpr std::size_t kMarkersOfAddInserts = 5;
 
-std::string_view viewOf(const char* text) {
-    return text != nullptr ? std::string_view(text) : std::string_view();
-}
+constexpr std::size_t kNumberTexts = 5;
+constexpr std::size_t kNumberTextSize = 12;  // "-2147483648" and a terminator
 
 // The values of the markers as texts, in the order of the markers' digits.
 class InsertValues {
@@ -54,36 +54,29 @@ private:
         return BoundedText(numbers_[slot]).appendf("%" PRIX32, bits).view();
     }
 
-    char numbers_[5][12];
+    // In front of values_, whose initialisation writes here.
+    char numbers_[kNumberTexts][kNumberTextSize];
     std::array<std::string_view, kMarkerCount> values_;
 };
 
-// Hands a template on in pieces: stretches of plain text, and each "%" with what follows it.
-template <typename TakeText, typename TakeMarker>
-void walkTemplate(std::string_view text, TakeText takeText, TakeMarker takeMarker) {
+// Hands a template on to `emit` in pieces: stretches of plain text, and for each "%" with what
+// follows it the text that `replacementOf` gives.
+template <typename ReplacementOf, typename Emit>
+void expand(std::string_view text, ReplacementOf replacementOf, Emit emit) {
     constexpr std::size_t kMarkerLength = 2;
     while (!text.empty()) {
         const std::string_view plain = text.substr(0, text.find('%'));
-        takeText(plain);
+        emit(plain);
         text.remove_prefix(plain.size());
         const std::string_view marker = text.substr(0, kMarkerLength);
         if (!marker.empty()) {
-            takeMarker(marker);
+            emit(replacementOf(marker));
         }
         text.remove_prefix(marker.size());
     }
 }
 
-std::size_t expandedLength(std::string_view text, const InsertValues& values) {
-    std::size_t length = 0;
-    walkTemplate(
-        text, [&](std::string_view plain) { length += plain.size(); },
-        [&](std::string_view marker) {
-            length += values.valueOf(marker, kMarkerCount, marker).size();
-        });
-    return length;
-}
-
+// A report that is under way isn't even called: its trace records would stand inside.
 void reportNoStorage(const char* functionName, std::int32_t probe, std::int32_t majorCode,
                      const char* comment) {
     if (xnzCSCtrl == nullptr || xnzCSCtrl->inFailureReport == 1) {
@@ -103,7 +96,7 @@ void fillTable(char** table, const InsertValues& values) {
     for (std::size_t i = 0; i < kMarkerCount; ++i) {
         const std::string_view value = values.value(i);
         table[i] = place;
-        std::memcpy(place, value.data() != nullptr ? value.data() : "", value.size());
+        std::memcpy(place, value.data(), value.size());
         place[value.size()] = '\0';
         place += value.size() + 1;
     }
@@ -123,16 +116,19 @@ std::int32_t xnzConvertInserts(std::int32_t number, const char* messageTemplate,
                                std::int32_t /*ccsid*/, char** text, std::uint32_t* length) {
     ServiceTraceScope trace("xnzConvertInserts");
     const InsertValues values(number, inserts);
-    const std::size_t finishedLength = expandedLength(messageTemplate, values);
+    const auto replacementOf = [&values](std::string_view marker) {
+        return values.valueOf(marker, kMarkerCount, marker);
+    };
+    std::size_t finishedLength = 0;
+    expand(messageTemplate, replacementOf,
+           [&finishedLength](std::string_view piece) { finishedLength += piece.size(); });
     CTextHandle finished(static_cast<char*>(std::calloc(finishedLength + 1, 1)));
     if (finished == nullptr) {
         reportNoStorage("xnzConvertInserts", 1, kServiceOk, "Unable to obtain buffer storage");
         return trace.exitWith(xecS_E_NONE);
     }
     BoundedText out(finished.get(), finishedLength + 1);
-    walkTemplate(
-        messageTemplate, [&](std::string_view plain) { out.append(plain); },
-        [&](std::string_view marker) { out.append(values.valueOf(marker, kMarkerCount, marker)); });
+    expand(messageTemplate, replacementOf, [&out](std::string_view piece) { out.append(piece); });
     *length = static_cast<std::uint32_t>(finishedLength);
     *text = finished.release();
     return trace.exitWith(kServiceOk);
@@ -157,11 +153,13 @@ std::int32_t AddInserts(const char* messageTemplate, char* buffer, std::uint32_t
                         xcsINSERTS inserts, std::int32_t code) {
     const InsertValues values(0, inserts);
     BoundedText out(buffer, size);
-    walkTemplate(
-        messageTemplate, [&](std::string_view plain) { out.append(plain); },
-        [&](std::string_view marker) {
-            out.append(values.valueOf(marker, kMarkersOfAddInserts, "Bad insert!\n"));
-        });
+    expand(
+        messageTemplate,
+        [&values](std::string_view marker) {
+            const bool isCut = marker.size() < 2;
+            return isCut ? marker : values.valueOf(marker, kMarkersOfAddInserts, "Bad insert!\n");
+        },
+        [&out](std::string_view piece) { out.append(piece); });
     const bool isFull = out.length() + 1 >= size;
-    return isFull || out.truncated() ? xecE_W_TEXT_TRUNCATED : code;
+    return isFull ? xecE_W_TEXT_TRUNCATED : code;
 }

@@ -36,7 +36,8 @@ using Destinations = std::array<Destination, kSectionCount>;
 // A section that isn't there has no data.
 using Sections = std::array<std::string_view, kSectionCount>;
 
-// The message category follows the environment, during the retrieval and after it.
+// The message category follows the environment, during the retrieval and after it, whatever the
+// opening of a catalogue does.
 class MessageLocale {
 public:
     MessageLocale() {
@@ -94,6 +95,7 @@ std::array<int, 4> groupsOf(std::int32_t number) {
     return {group(12), group(8), group(4), group(0)};
 }
 
+// A group above nine counts with its value: 0xFFFF gives 16665.
 int catalogueIdOf(std::int32_t number) {
     constexpr int kBase = 10;
     int id = 0;
@@ -103,8 +105,12 @@ int catalogueIdOf(std::int32_t number) {
     return id;
 }
 
+std::int32_t layoutOf(std::int32_t control) {
+    return control & ~kFoldMessage;
+}
+
 std::int32_t checkArguments(std::int32_t control, const Destinations& destinations) {
-    const std::int32_t layout = control & ~kFoldMessage;
+    const std::int32_t layout = layoutOf(control);
     if (layout != kPrefixedMessage && layout != kPlainMessage) {
         return xecE_E_INVALID_CONTROL;
     }
@@ -184,7 +190,6 @@ public:
     // Finds the text and fills in the inserts.
     std::int32_t fetch(const xcsINSERTS& inserts, std::int32_t ccsid) {
         if (!openCatalogue(catalogue_)) {
-            isNotLoaded_ = true;
             finished_ = "Velmora was unable to open a message catalog.";
             xnztr_text("...Message file not found");
             return kServiceOk;
@@ -204,9 +209,19 @@ public:
     // Copies the sections to the buffers that are given, and returns the code of what was done.
     std::int32_t deliver(const Destinations& destinations) {
         const Sections sections = splitSections(finished_);
-        deliverFirst(destinations[0], sections[0]);
-        for (std::size_t i = 1; i < kSectionCount; ++i) {
-            deliverFurther(destinations[i], sections[i]);
+        for (std::size_t i = 0; i < kSectionCount; ++i) {
+            const auto [buffer, size] = destinations[i];
+            if (size == 0) {
+                continue;
+            }
+            std::memset(buffer, 0, size);
+            BoundedText out(buffer, size);
+            if (i == 0) {
+                writeFirst(out, buffer, sections[i]);
+            } else {
+                out.append(sections[i]);
+            }
+            isTruncated_ = isTruncated_ || out.truncated();
         }
         return codeOfMarks();
     }
@@ -232,7 +247,7 @@ private:
 
     // "NZLnnnn: ", for a prefixed message whose text comes from a catalogue.
     void appendPrefix(BoundedText& out) const {
-        if (!catalogue_.isOpen() || (control_ & ~kFoldMessage) != kPrefixedMessage) {
+        if (!catalogue_.isOpen() || layoutOf(control_) != kPrefixedMessage) {
             return;
         }
         out.append("NZL");
@@ -242,35 +257,20 @@ private:
         out.append(": ");
     }
 
-    void deliverFirst(const Destination& destination, std::string_view section) {
-        if (destination.size == 0) {
-            return;
-        }
-        std::memset(destination.buffer, 0, destination.size);
-        BoundedText out(destination.buffer, destination.size);
+    void writeFirst(BoundedText& out, char* buffer, std::string_view section) const {
         appendPrefix(out);
-        if (!out.truncated()) {
-            out.append(section);
-            if ((control_ & kFoldMessage) != 0 && section.size() > kFoldColumns) {
-                fold(destination.buffer);
-            }
-        }
-        isTruncated_ = isTruncated_ || out.truncated();
-    }
-
-    void deliverFurther(const Destination& destination, std::string_view section) {
-        if (destination.size == 0) {
+        if (out.truncated()) {
             return;
         }
-        std::memset(destination.buffer, 0, destination.size);
-        BoundedText out(destination.buffer, destination.size);
         out.append(section);
-        isTruncated_ = isTruncated_ || out.truncated();
+        if ((control_ & kFoldMessage) != 0 && section.size() > kFoldColumns) {
+            fold(buffer);
+        }
     }
 
-    // Of several marks the last one tells.
+    // No catalogue outranks a cut text, which outranks a substitute.
     [[nodiscard]] std::int32_t codeOfMarks() const {
-        if (isNotLoaded_) {
+        if (!catalogue_.isOpen()) {
             return xecE_E_MSG_FILE_NOT_LOADED;
         }
         if (isTruncated_) {
@@ -287,7 +287,6 @@ private:
     std::string_view finished_;
     bool isSubstituted_ = false;
     bool isTruncated_ = false;
-    bool isNotLoaded_ = false;
 };
 
 }  // namespace
@@ -299,7 +298,7 @@ std::int32_t xnzGetMessage(std::int32_t number, std::int32_t control, xcsINSERTS
     const MessageLocale locale;
     const Destinations destinations = {{{buffer1, size1}, {buffer2, size2}, {buffer3, size3}}};
     std::int32_t code = checkArguments(control, destinations);
-    xnztr_text("Attempting to open the message catalog:");
+    xnztr_text("Attempting to open the message catalog:");  // for faulty arguments too
     if (code == kServiceOk) {
         Retrieval retrieval(number, control);
         code = retrieval.fetch(inserts, ccsid);

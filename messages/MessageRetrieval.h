@@ -20,7 +20,9 @@ constexpr std::int32_t kFoldMessage = 8;  // added to either: lines of at most 8
 //   xecE_E_MSG_FILE_NOT_LOADED       there is no catalogue; the buffers hold a built-in text
 //   xecE_E_INVALID_BUFFLEN, xecE_E_INVALID_CONTROL, or the result of xnzConvertInserts: the
 //                                    buffers are untouched
-// The catalogue is found as catopen of X/Open does it.
+// The catalogues tried are, by catopen of X/Open: with LANG "C" or "POSIX" /opt/nzm/bin/dnz.cat,
+// else /usr/lib/locale/C/LC_MESSAGES/dnz.cat; then the service name, the latter place once more,
+// "dnz", and /opt/nzm/bin/dnz.cat.
 std::int32_t xnzGetMessage(std::int32_t number, std::int32_t control, xcsINSERTS inserts,
                            std::int32_t ccsid, char* buffer1, std::uint32_t size1, char* buffer2,
                            std::uint32_t size2, char* buffer3, std::uint32_t size3);

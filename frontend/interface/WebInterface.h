@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 
 class Cache;
 class ConfigurationSet;
@@ -34,16 +35,16 @@ public:
     virtual const char* getInputBuffer();
     // Its size with the terminator counted; 0 before the first read and when there is no body.
     virtual unsigned long getInputBufferLength() const;
-    // The gateway's settings for this request. Borrowed.
+    // The gateway's settings for this request. Borrowed. Nothing in this program asks for them.
     virtual ConfigurationSet* getConfigurationSet() const;
 
 protected:
     // Registers the object for the calling thread.
     WebInterface();
 
-    char* inputBuffer = nullptr;  // owned by the transport, an array
+    std::unique_ptr<char[]> inputBuffer;
     unsigned long inputBufferLength = 0;
-    ConfigurationSet* configurationSet = nullptr;  // owned by the transport
-    std::int32_t headerWritten = 0;                // 1 once a header line was written
-    std::int32_t textWritten = 0;                  // 0 while the header section is open
+    std::unique_ptr<ConfigurationSet> configurationSet;
+    std::int32_t headerWritten = 0;  // 1 once a header line was written
+    std::int32_t textWritten = 0;    // 0 while the header section is open
 };

@@ -4,7 +4,7 @@
 #include <cstddef>
 
 struct LocaleCodeset {
-    const char* locale;  // the whole name: nothing may stand behind it
+    const char* locale;  // compared whole: de_DE.UTF-8 isn't de_DE
     const char* codeset;
 };
 

@@ -10,16 +10,17 @@ struct CCSIDNode;  // the conversion's own; here only the root of its tree is ke
 
 constexpr std::size_t kServiceNameSize = 8;
 
-// The two names have no terminator of their own: the zero fill ends them.
+// Both names are the one that the services were started under. It has at most 7 characters, so a
+// zero byte always follows.
 struct CSCtrlBlock {
     char programName[kServiceNameSize];
-    std::int32_t processId;        // the reduced process id of the process that started
-    std::int32_t inFailureReport;  // 1 while a failure report is being written
-    std::int32_t traceIsOn;        // 1 from the moment the trace file is open
-    std::int32_t userTrace;        // 1 when user tracing was asked for
-    std::FILE* traceFile;          // null if there is none; open until the services stop
-    std::int32_t traceRequested;   // 1 when the trace variable is present
-    std::int32_t systemCodePage;
+    std::int32_t processId;              // the reduced process id of the process that started
+    std::int32_t inFailureReport;        // 1 while a failure report is being written
+    std::int32_t traceIsOn;              // 1 from the moment the trace file is open
+    std::int32_t userTrace;              // 1 when user tracing was asked for
+    std::FILE* traceFile;                // null if there is none; open until the services stop
+    std::int32_t traceRequested;         // 1 when the trace variable is present
+    std::int32_t systemCodePage;         // of the locale, see ObtainSystemCP
     CCSIDNode* ccsidTable;               // null until a table has been read completely
     char serviceName[kServiceNameSize];  // the root of all names that the services derive
 };

@@ -108,9 +108,9 @@ std::FILE* openReportFile() {
         BoundedText path(pathBuffer);
         appendDirectory(path, directory);
         path.append(nameBuffer);
-        file = path.truncated() ? nullptr : openPrivateFile(pathBuffer, "a");
+        file = path.truncated() ? nullptr : openPrivateFile(pathBuffer);
     }
-    return file != nullptr ? file : openPrivateFile(nameBuffer, "a");
+    return file != nullptr ? file : openPrivateFile(nameBuffer);
 }
 
 void writeReport(const char* functionName, std::int32_t probe, const xcsINSERTS& inserts) {
@@ -135,6 +135,9 @@ std::int32_t xnz_xcsWYRD(const char* functionName, std::int32_t probe, xcsINSERT
 }
 
 std::int32_t CreateWYRD(const char* functionName, std::int32_t probe, xcsINSERTS inserts) {
+    if (fdcFile == nullptr) {
+        return kServiceOk;
+    }
     ReportRows rows(fdcFile);
     rows.top();
     rows.blank();

@@ -18,7 +18,7 @@ extern std::FILE* fdcFile;
 // say. Always 0.
 std::int32_t xnz_xcsWYRD(const char* functionName, std::int32_t probe, xcsINSERTS inserts);
 
-// Writes one report to the open report file. Always 0.
+// Writes one report to the open report file, if there is one. Always 0.
 std::int32_t CreateWYRD(const char* functionName, std::int32_t probe, xcsINSERTS inserts);
 
 // Room for the two rows of 80 bytes that one text may take, and a terminator.

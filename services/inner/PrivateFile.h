@@ -3,6 +3,6 @@
 
 #include <cstdio>
 
-// Opens `path` for appending in the stream mode `mode` ("a" or "a+"), making it with access for
-// its owner only. Null with errno set when it can't be opened. The caller owns the stream.
-[[nodiscard]] std::FILE* openPrivateFile(const char* path, const char* mode);
+// Opens the regular file `path` for appending and leaves its owner alone with access to it. Null
+// with errno set when it can't be opened. The caller owns the stream.
+[[nodiscard]] std::FILE* openPrivateFile(const char* path);

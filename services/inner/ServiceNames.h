@@ -1,12 +1,8 @@
 // The names that the services make at run time from the service name: variables and files.
 #pragma once
 
-#include <cstddef>
-
 #include "BoundedText.h"
-
-// Room for a file name with its directory, the terminator included.
-constexpr std::size_t kPathSize = 255;
+#include "Sizes.h"
 
 // The value of the environment variable named by the service name and `suffix`, as DNZ_TRACE
 // by "_TRACE". Null when it isn't set or the services aren't started. Borrowed from the

@@ -47,7 +47,7 @@ bool isEmpty(const char* text) {
     return text == nullptr || *text == '\0';
 }
 
-// The locale by its name in the environment, where the system couldn't set it.
+// The locale in force; where that is only C, the one that LANG asked for.
 const char* currentLocaleName() {
     static constexpr char kPlainLocale[] = "C";
     const char* name = std::setlocale(LC_ALL, nullptr);

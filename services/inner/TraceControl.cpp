@@ -19,10 +19,10 @@ const char* const xnz_level = kCodeLevelLine;
 
 namespace {
 
-std::int32_t reportUnopenedTraceFile(const char* path) {
+std::int32_t reportUnopenedTraceFile(const char* path, int error) {
     xcsINSERTS inserts;
     inserts.number1 = xecX_E_SERVICE_UNAVAILABLE;
-    inserts.number2 = errno;
+    inserts.number2 = error;
     inserts.text1 = "Unable to open trace file";
     inserts.text2 = path;
     inserts.text3 = " ";
@@ -33,8 +33,8 @@ std::int32_t reportUnopenedTraceFile(const char* path) {
 void writeHead(std::FILE* file) {
     const std::time_t now = std::time(nullptr);
     const char* started = std::ctime(&now);
-    std::fprintf(file, "\nTrace for program %s started at %s\r\n\r\n",
-                 " ---- Brellin Zentrik ---- ", started != nullptr ? started : "\n");
+    std::fprintf(file, "\nTrace for program  ---- Brellin Zentrik ----  started at %s\r\n\r\n",
+                 started != nullptr ? started : "\n");
     std::fflush(file);
 }
 
@@ -55,8 +55,7 @@ void startTracing(const char* traceValue) {
     }
     appendServiceFileName(path, "TRC");
     if (path.truncated()) {
-        errno = ENAMETOOLONG;
-        reportUnopenedTraceFile(pathBuffer);
+        reportUnopenedTraceFile(pathBuffer, ENAMETOOLONG);
         return;
     }
     xnz_xtrOpenTraceFile(pathBuffer);
@@ -85,9 +84,12 @@ std::int32_t xnz_xtrInitialize() {
 }
 
 std::int32_t xnz_xtrOpenTraceFile(const char* path) {
-    std::FILE* file = openPrivateFile(path, "a+");
+    if (xnzCSCtrl == nullptr) {
+        return xecX_E_SERVICE_UNAVAILABLE;
+    }
+    std::FILE* file = openPrivateFile(path);
     if (file == nullptr) {
-        return reportUnopenedTraceFile(path);
+        return reportUnopenedTraceFile(path, errno);
     }
     xnzCSCtrl->traceFile = file;
     if (xnzCSCtrl->traceRequested != 0) {
@@ -110,6 +112,7 @@ std::int32_t xnz_xtrTerminate() {
         return kServiceOk;
     }
     constexpr char kRow[] = "!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!";
+    // Both records now: the file is about to close.
     { const ServiceTraceScope trace("xnz_xtrTerminate"); }
     xnztr_text(kRow);
     xnztr_text("Trace termination - closing trace file");

@@ -16,7 +16,7 @@ constexpr int kLineSize = 255;  // 254 characters and a terminator
 
 constexpr int kOverwrite = 1;
 
-void extendPath() {
+void addProductDirectories() {
     const char* present = std::getenv("PATH");
     if (present != nullptr && std::strstr(present, kDataDirectory) != nullptr) {
         return;
@@ -32,7 +32,7 @@ void extendPath() {
 }  // namespace
 
 const char* initializeenv() {
-    extendPath();
+    addProductDirectories();
     setenv("NZCHLLIB", kDataDirectory, kOverwrite);
     setenv("NZCHLTAB", "ANZCLCHL.TAB", kOverwrite);
     setenv("DNZ_XLAT_PATH", "/var/nzm/conv/table", kOverwrite);

@@ -9,8 +9,8 @@
 // The room for a message, its terminator included; what doesn't fit is cut.
 constexpr std::size_t kMessageSize = 2000;
 
-// Fetches a message with up to two text inserts, null for one that isn't given. There is always
-// a text: where the catalogue fails, one that is built in.
+// Fetches a message with up to two text inserts, null for one that isn't given. Where the
+// catalogue fails, the text is one that is built in; without storage it is empty.
 class MessageText {
 public:
     explicit MessageText(std::int32_t number, const char* insert1 = nullptr,

@@ -1,5 +1,6 @@
 #include "ServiceCalls.h"
 
+#include <cinttypes>
 #include <cstddef>
 #include <iterator>
 
@@ -50,12 +51,12 @@ std::int32_t dnzxGetMessage(std::int32_t number, std::int32_t /*unused1*/, xcsIN
     startServicesOnce();
     const std::int32_t code = xnzGetMessage(number, kPlainMessage, inserts, kInsertCcsid, buffer1,
                                             size1, buffer2, size2, buffer3, size3);
+    // No retrieval gives this code today; one that does will have this to say.
     if (code == xecE_E_MSG_FILE_CORRUPTED && buffer1 != nullptr) {
         BoundedText(buffer1, size1)
-            .appendf(
-                "The error message %lu could not be located.\n"
-                "Is the CCSID table present?\n",
-                static_cast<unsigned long>(static_cast<std::uint32_t>(number)));
+            .appendf("The error message %" PRIu32
+                     " could not be located.\nIs the CCSID table present?\n",
+                     static_cast<std::uint32_t>(number));
     }
     return code;
 }
@@ -64,7 +65,5 @@ std::int32_t dnz_xcsWYRD(const void* /*unused*/, std::uint16_t functionIndex, st
                          xcsINSERTS inserts) {
     startServicesOnce();
     const std::size_t row = functionIndex < std::size(dnz_WYRD_functionName) ? functionIndex : 0;
-    char functionName[255];
-    BoundedText(functionName).append(dnz_WYRD_functionName[row]);
-    return xnz_xcsWYRD(functionName, probe, inserts);
+    return xnz_xcsWYRD(dnz_WYRD_functionName[row], probe, inserts);
 }

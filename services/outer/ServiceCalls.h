@@ -13,7 +13,8 @@
 // 0 until dnz_InitCommonServices has run, then 1 for the rest of the process.
 extern std::int32_t dnzcsaInit;
 
-// Starts the services under `name`, of which 7 characters count. A second call is harmless.
+// Starts the services under `name`, of which 7 characters count. A second call under that name
+// changes nothing; another name starts them again.
 void dnz_InitCommonServices(const char* name);
 
 // Trace records; see TraceScope for the pair of entry and exit.
@@ -23,8 +24,8 @@ void dnzxtr_exit(const char* functionName, std::int32_t returnCode);
 
 // Fetches message `number` into up to three buffers, one for each section of its text; a size
 // counts the terminator, and size 0 means a section that isn't wanted. The two unused words are
-// passed as 0. Returns the code of the retrieval: 0, or what went wrong with a text to show in
-// the buffers all the same.
+// passed as 0. Returns the code of the retrieval: 0, or what went wrong. Where arguments and
+// storage allow, there is a text to show in the buffers all the same.
 std::int32_t dnzxGetMessage(std::int32_t number, std::int32_t unused1, xcsINSERTS inserts,
                             std::int32_t unused2, char* buffer1, std::uint32_t size1, char* buffer2,
                             std::uint32_t size2, char* buffer3, std::uint32_t size3);

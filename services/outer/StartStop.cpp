@@ -13,7 +13,7 @@
 
 namespace {
 
-// The zero fill behind a name needs one byte.
+// As much of a name as leaves room for the zero byte behind it.
 std::string_view usableName(const char* name) {
     return {name, strnlen(name, kServiceNameSize - 1)};
 }

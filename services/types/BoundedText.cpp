@@ -12,8 +12,7 @@ BoundedText::BoundedText(char* buffer, std::size_t size) : buffer_(buffer), size
 }
 
 BoundedText& BoundedText::append(std::string_view text) {
-    const std::size_t room = size_ > 0 ? size_ - 1 - length_ : 0;
-    const std::size_t count = std::min(room, text.size());
+    const std::size_t count = std::min(room(), text.size());
     if (count > 0) {
         std::memcpy(buffer_ + length_, text.data(), count);
         length_ += count;
@@ -28,10 +27,9 @@ BoundedText& BoundedText::appendf(const char* format, ...) {
     va_start(arguments, format);
     const int wanted = std::vsnprintf(buffer_ + length_, size_ - length_, format, arguments);
     va_end(arguments);
-    const std::size_t room = size_ > 0 ? size_ - 1 - length_ : 0;
     const std::size_t count = wanted > 0 ? static_cast<std::size_t>(wanted) : 0;
-    length_ += std::min(room, count);
-    truncated_ = truncated_ || wanted < 0 || count > room;
+    truncated_ = truncated_ || wanted < 0 || count > room();
+    length_ += std::min(room(), count);
     return *this;
 }
 
@@ -40,4 +38,8 @@ void BoundedText::shorten(std::size_t length) {
         length_ = length;
         buffer_[length_] = '\0';
     }
+}
+
+std::size_t BoundedText::room() const {
+    return size_ > 0 ? size_ - 1 - length_ : 0;
 }

@@ -29,6 +29,9 @@ public:
     [[nodiscard]] bool truncated() const { return truncated_; }
 
 private:
+    // What still fits in front of the terminator.
+    [[nodiscard]] std::size_t room() const;
+
     char* buffer_;
     std::size_t size_;
     std::size_t length_ = 0;

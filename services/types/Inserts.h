@@ -1,4 +1,4 @@
-// The vocabulary that all rooms share: records, return codes and small tools with no state.
+// The insert record of messages and failure reports.
 #pragma once
 
 #include <cstdint>

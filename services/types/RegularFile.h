@@ -10,3 +10,6 @@
 
 // The open stream of `path` for reading, or null.
 [[nodiscard]] StreamHandle openRegularStream(const char* path);
+
+// The open stream of `path` for writing, made if it isn't there and emptied if it is, or null.
+[[nodiscard]] StreamHandle openEmptiedStream(const char* path);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "../support/TemporaryDirectory.h"
+#include "Sizes.h"
 #include "TraceRecords.h"
 
 namespace {
@@ -22,14 +23,14 @@ protected:
     // Searches the list in a variable of the test's own; null removes it.
     int searchIn(const char* list, const std::string& fileName) {
         setVariable("DNZ_TEST_LIST", list);
-        return findfileinpath("DNZ_TEST_LIST", fileName.c_str(), result_, kSearchPathSize);
+        return findfileinpath("DNZ_TEST_LIST", fileName.c_str(), result_, kPathSize);
     }
     int searchIn(const std::string& list, const std::string& fileName) {
         return searchIn(list.c_str(), fileName);
     }
 
     TemporaryDirectory directory_;
-    char result_[kSearchPathSize] = "unchanged";
+    char result_[kPathSize] = "unchanged";
 };
 
 }  // namespace
@@ -55,7 +56,7 @@ TEST_F(FileSearch, EndsInTheDirectoryOfTheLanguage) {
         for (const char* language : row.languages) {
             setVariable("LANG", language);
             setVariable("PATH", "/nowhere");
-            EXPECT_EQ(findfileinpath("PATH", "gone", result_, kSearchPathSize), 0);
+            EXPECT_EQ(findfileinpath("PATH", "gone", result_, kPathSize), 0);
             const std::string last = std::string("/opt/nzm/html/dnzgate/") + row.code;
             EXPECT_EQ(result_, last + "/gone");
             EXPECT_EQ(getenv("PATH"), "/nowhere:/opt/nzm/bin:/var/nzm:" + last);
@@ -88,7 +89,7 @@ TEST_F(FileSearch, ExtendsThePathWithoutAListToSearch) {
 }
 
 TEST_F(FileSearch, TriesTheBareNameWhereAPathDoesNotFit) {
-    const std::string fits(kSearchPathSize - std::strlen("/file") - 1, 'x');
+    const std::string fits(kPathSize - std::strlen("/file") - 1, 'x');
     EXPECT_EQ(searchIn(fits, "file"), 0);
     EXPECT_EQ(result_, fits + "/file");
     EXPECT_EQ(searchIn(fits + "x", "file"), 0);
@@ -98,7 +99,7 @@ TEST_F(FileSearch, TriesTheBareNameWhereAPathDoesNotFit) {
     writeFile("file", "");
     EXPECT_EQ(searchIn(fits + "x", "file"), 1);
     // A name that doesn't fit either is never opened in part.
-    const std::string cut(kSearchPathSize - 1, 'f');
+    const std::string cut(kPathSize - 1, 'f');
     writeFile(cut, "");
     EXPECT_EQ(searchIn("/nowhere", cut + "f"), 0);
     for (const int size : {1, 0, -1}) {

@@ -14,9 +14,16 @@ TEST(RegularFile, IsAllThatOpens) {
     for (const char* name : {"folder", "pipe", "missing", "/dev/zero", ""}) {
         EXPECT_EQ(openRegularStream(name), nullptr) << name;
     }
+    for (const char* name : {"folder", "pipe", "missing/file", "/dev/null", ""}) {
+        EXPECT_EQ(openEmptiedStream(name), nullptr) << name;
+    }
     for (const char* name : {"file", "link"}) {
         const StreamHandle stream = openRegularStream(name);
         ASSERT_NE(stream, nullptr) << name;
         EXPECT_EQ(std::fgetc(stream.get()), 'x');
     }
+    for (const char* name : {"link", "new"}) {
+        EXPECT_NE(openEmptiedStream(name), nullptr) << name;
+    }
+    EXPECT_EQ(contentsOf("file") + contentsOf("new"), "");
 }
