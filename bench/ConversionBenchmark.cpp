@@ -1,6 +1,6 @@
 // The text conversion beside its measures: the converter of the C library on the same text, and
 // the least work that could be done, a bare loop over a table of 256 bytes and memcpy.
-// Before a conversion is measured its result is compared with that of the C library.
+// Before anything is measured the results are compared with those of the C library.
 #include <benchmark/benchmark.h>
 #include <iconv.h>
 #include <stdlib.h>
@@ -20,24 +20,40 @@ namespace {
 
 constexpr std::size_t kTextSize = std::size_t{64} << 20U;
 constexpr std::size_t kShortTextSize = 60;
+constexpr std::size_t kSampleSize = std::size_t{1} << 20U;
 
-// A conversion, and how much of its text is double-byte: 0, a third (3), or all (1).
+// What a text is made of: single-byte runs of up to 4 times as many bytes, between
+// them double-byte runs of up to `longestRun` characters, so that these are a third of the text;
+// or one kind only.
+enum class Mixture { kSingleBytes, kAThirdDoubleBytes, kDoubleBytes };
+constexpr std::size_t kWord = 11;
+constexpr std::size_t kPhrase = 60;
+
 struct Subject {
     const char* name;
     std::int32_t from;
     std::int32_t to;
     const char* fromConverter;
     const char* toConverter;
-    int doubleByteShare;
+    Mixture mixture;
+    std::size_t longestRun;
 };
 
 constexpr Subject kSubjects[] = {
-    {"single-byte 850 to 819", 850, 819, "IBM850", "ISO-8859-1", 0},
-    {"single-byte 37 to 819", 37, 819, "IBM037", "ISO-8859-1", 0},
-    {"mixed PC 943 to host 930, a third double-byte", 943, 930, "IBM943", "IBM930", 3},
-    {"mixed PC 943 to host 930, all double-byte", 943, 930, "IBM943", "IBM930", 1},
-    {"mixed host 930 to PC 943, a third double-byte", 930, 943, "IBM930", "IBM943", 3},
-    {"mixed host 930 to PC 943, all double-byte", 930, 943, "IBM930", "IBM943", 1},
+    {"850 to 819", 850, 819, "IBM850", "ISO-8859-1", Mixture::kSingleBytes, kWord},
+    {"37 to 819", 37, 819, "IBM037", "ISO-8859-1", Mixture::kSingleBytes, kWord},
+    {"PC 943 to host 930, a third double-byte, phrases", 943, 930, "IBM943", "IBM930",
+     Mixture::kAThirdDoubleBytes, kPhrase},
+    {"PC 943 to host 930, a third double-byte, words", 943, 930, "IBM943", "IBM930",
+     Mixture::kAThirdDoubleBytes, kWord},
+    {"PC 943 to host 930, all double-byte", 943, 930, "IBM943", "IBM930", Mixture::kDoubleBytes,
+     kWord},
+    {"host 930 to PC 943, a third double-byte, phrases", 930, 943, "IBM930", "IBM943",
+     Mixture::kAThirdDoubleBytes, kPhrase},
+    {"host 930 to PC 943, a third double-byte, words", 930, 943, "IBM930", "IBM943",
+     Mixture::kAThirdDoubleBytes, kWord},
+    {"host 930 to PC 943, all double-byte", 930, 943, "IBM930", "IBM943", Mixture::kDoubleBytes,
+     kWord},
 };
 
 class Iconv {
@@ -70,35 +86,39 @@ private:
     iconv_t handle_;
 };
 
-// PC text in words of random length. All its characters have counterparts in all the sets here.
-std::string makePcText(int doubleByteShare, std::size_t size) {
+// PC text, all of whose characters have counterparts in all the sets here.
+std::string makePcText(const Subject& subject, std::size_t size) {
     std::mt19937 random(930943);
     std::string text;
-    while (text.size() + 80 < size) {
-        if (doubleByteShare != 0) {
+    const auto fits = [&](std::size_t count) { return text.size() + count <= size; };
+    while (fits(2)) {
+        if (subject.mixture != Mixture::kSingleBytes) {
             // Kanji of the rows that are full.
-            for (std::size_t left = 1 + random() % 11; left > 0; --left) {
+            for (std::size_t left = 1 + random() % subject.longestRun; left > 0 && fits(2);
+                 --left) {
                 const auto second = static_cast<char>(0x80 + random() % 0x7D);
                 text += {static_cast<char>(0x89 + random() % 15), second};
             }
         }
-        if (doubleByteShare != 1) {
-            for (std::size_t left = 1 + random() % 47; left > 0; --left) {
+        if (subject.mixture != Mixture::kDoubleBytes) {
+            std::size_t left = 1 + random() % (4 * subject.longestRun + 3);
+            for (; left > 0 && fits(1); --left) {
                 text += "ABCDEFGHIJKLMNOPQRSTUVWXYZ 0123456789,.-"[random() % 40];
             }
         }
     }
-    return text.append(size - text.size(), doubleByteShare == 1 ? '\x89' : ' ');
+    return text;
 }
 
 const std::string& textOf(const Subject& subject, std::size_t size) {
     static std::map<std::pair<const Subject*, std::size_t>, std::string> texts;
     std::string& text = texts[{&subject, size}];
     if (text.empty()) {
-        const char* pcConverter = subject.doubleByteShare != 0 ? "IBM943" : "IBM850";
-        const std::string pcText = makePcText(subject.doubleByteShare, size);
-        text.resize(2 * size + 2);
-        text.resize(Iconv(pcConverter, subject.fromConverter).convert(pcText, text));
+        const bool isMixed = subject.mixture != Mixture::kSingleBytes;
+        const std::string pcText = makePcText(subject, size);
+        text.resize(2 * pcText.size() + 2);
+        text.resize(
+            Iconv(isMixed ? "IBM943" : "IBM850", subject.fromConverter).convert(pcText, text));
     }
     return text;
 }
@@ -115,7 +135,8 @@ std::int32_t convert(const Subject& subject, const std::string& source, std::str
     return code == 0 ? length : -1;
 }
 
-void requireAgreement(const Subject& subject, const std::string& source) {
+void requireAgreement(const Subject& subject) {
+    const std::string& source = textOf(subject, kSampleSize);
     std::string ours = roomFor(source);
     std::string theirs = roomFor(source);
     const auto length = static_cast<std::size_t>(convert(subject, source, ours));
@@ -132,7 +153,6 @@ void countBytes(benchmark::State& state, const std::string& source) {
 
 void measureConversion(benchmark::State& state, const Subject& subject, std::size_t size) {
     const std::string& source = textOf(subject, size);
-    requireAgreement(subject, source);
     std::string target = roomFor(source);
     for ([[maybe_unused]] auto turn : state) {
         benchmark::DoNotOptimize(convert(subject, source, target));
@@ -185,6 +205,7 @@ void registerAll() {
     benchmark::RegisterBenchmark("floor/memcpy", measureMemcpy)->Unit(benchmark::kMillisecond);
     benchmark::RegisterBenchmark("floor/bare loop", measureBareLoop)->Unit(benchmark::kMillisecond);
     for (const Subject& subject : kSubjects) {
+        requireAgreement(subject);
         const std::string name = subject.name;
         for (const std::size_t size : {kTextSize, kShortTextSize}) {
             const std::string suffix = size == kTextSize ? "/64 MiB" : "/60 bytes";

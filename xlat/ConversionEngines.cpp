@@ -108,10 +108,29 @@ public:
     [[nodiscard]] unsigned char byteAt(std::ptrdiff_t offset) const { return source_[offset]; }
 
     void convertByte() { *target_++ = singleBytes_[*source_++]; }
+    // Converts single bytes up to one that stops the run; false at the end of either text.
+    template <typename Stops>
+    bool convertBytesUntil(const Stops& stops) {
+        const unsigned char* end = source_ + std::min(sourceLeft(), targetLeft());
+        while (source_ != end && !stops(*source_)) {
+            convertByte();
+        }
+        return source_ != end;
+    }
     void convertPair() {
         pairs_.translate(source_, target_);
         source_ += kPairSize;
         target_ += kPairSize;
+    }
+    // Converts pairs up to one that stops the run, or to the end of either text, of which the
+    // target's comes `reserve` bytes earlier.
+    template <typename Stops>
+    void convertPairsUntil(std::ptrdiff_t reserve, const Stops& stops) {
+        const std::ptrdiff_t room = std::min(sourceLeft(), targetLeft() - reserve);
+        const unsigned char* end = source_ + room / kPairSize * kPairSize;
+        while (source_ != end && !stops(source_[0], source_[1])) {
+            convertPair();
+        }
     }
     void skip() { ++source_; }
     void put(unsigned char byte) { *target_++ = byte; }
@@ -157,14 +176,11 @@ std::int32_t convertHostSection(Walk& walk) {
         walk.put(kShiftOut);
     }
     walk.skip();
-    while (!isAtSectionEnd(walk)) {
-        if (walk.sourceLeft() < kPairSize) {
-            return xxxRC_HOST_SOURCE_SHORT;
-        }
-        if (walk.targetLeft() < kPairSize) {
-            return xxxRC_HOST_TARGET_SHORT;
-        }
-        walk.convertPair();
+    walk.convertPairsUntil(0, [](unsigned char first, unsigned char second) {
+        return first == kShiftIn || second == kShiftIn;
+    });
+    if (!isAtSectionEnd(walk)) {
+        return walk.sourceLeft() < kPairSize ? xxxRC_HOST_SOURCE_SHORT : xxxRC_HOST_TARGET_SHORT;
     }
     if (Keeps && walk.targetLeft() > 0) {
         walk.put(kShiftIn);
@@ -185,10 +201,8 @@ void convertEmptySection(Walk& walk) {
 
 template <bool Keeps>
 std::int32_t convertHostText(Walk& walk) {
-    while (walk.goesOn()) {
-        if (walk.byteAt(0) != kShiftOut) {
-            walk.convertByte();
-        } else if (walk.sourceLeft() > 1 && walk.byteAt(1) == kShiftIn) {
+    while (walk.convertBytesUntil([](unsigned char byte) { return byte == kShiftOut; })) {
+        if (walk.sourceLeft() > 1 && walk.byteAt(1) == kShiftIn) {
             convertEmptySection(walk);
         } else {
             const std::int32_t code = convertHostSection<Keeps>(walk);
@@ -242,8 +256,8 @@ const LeadBytes& leadBytesOf(std::int32_t leadByteClass) {
 // around it; room for one of them is asked for in either case.
 template <bool Adds>
 std::int32_t convertPcSection(Walk& walk, const LeadBytes& leadBytes) {
-    constexpr std::ptrdiff_t kRoomForMore = kPairSize + 1;
-    constexpr std::ptrdiff_t kRoomToOpen = kRoomForMore + (Adds ? 1 : 0);
+    constexpr std::ptrdiff_t kRoomToClose = 1;
+    constexpr std::ptrdiff_t kRoomToOpen = kPairSize + kRoomToClose + (Adds ? 1 : 0);
     if (walk.sourceLeft() < kPairSize) {
         return xxxRC_PC_SOURCE_SHORT;
     }
@@ -253,10 +267,10 @@ std::int32_t convertPcSection(Walk& walk, const LeadBytes& leadBytes) {
     if (Adds) {
         walk.put(kShiftOut);
     }
-    do {
-        walk.convertPair();
-    } while (walk.sourceLeft() >= kPairSize && walk.targetLeft() >= kRoomForMore &&
-             leadBytes[walk.byteAt(0)] != 0);
+    walk.convertPair();
+    walk.convertPairsUntil(kRoomToClose, [&leadBytes](unsigned char first, unsigned char) {
+        return leadBytes[first] == 0;
+    });
     if (Adds) {
         walk.put(kShiftIn);
     }
@@ -279,7 +293,8 @@ std::int32_t convertPcSections(Walk& walk, const LeadBytes& leadBytes) {
 
 template <bool Adds>
 std::int32_t convertPcText(Walk& walk, const LeadBytes& leadBytes) {
-    while (walk.goesOn()) {
+    const auto isLeadByte = [&leadBytes](unsigned char byte) { return leadBytes[byte] != 0; };
+    while (walk.convertBytesUntil(isLeadByte)) {
         const std::int32_t code = convertPcSections<Adds>(walk, leadBytes);
         if (code != kServiceOk) {
             return code;
@@ -298,9 +313,7 @@ std::int32_t TranSBCS(const unsigned char** source, const std::int32_t* sourceLe
                       unsigned char** target, std::int32_t* targetLength,
                       const ConvContext* context, ConvMode mode) {
     const auto loop = [](Walk& walk) {
-        while (walk.goesOn()) {
-            walk.convertByte();
-        }
+        walk.convertBytesUntil([](unsigned char) { return false; });
         return kServiceOk;
     };
     return run(source, *sourceLength, target, targetLength, *context, mode, loop);
