@@ -23,9 +23,11 @@ bool holdsAny(const char* text, const char* characters) {
     return text != nullptr && std::strpbrk(text, characters) != nullptr;
 }
 
-// Only digits: of any other text our form would be saved with rows missing.
-bool isNumber(std::string_view text) {
-    return text.find_first_not_of("0123456789") == std::string_view::npos;
+// Whether a text counts rows, as leadingNumber reads it. Anything else would count as none, and the
+// file would be saved without its entries.
+bool isCount(std::string_view text) {
+    const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
+    return start != text.npos && text[start] >= '0' && text[start] <= '9';
 }
 
 bool isRooted(const char* name) {
@@ -194,7 +196,7 @@ char* ConfigInterface::getFieldValue(const char* name) {
 int ConfigInterface::createIniPairs() {
     TraceScope trace("ConfigInterface::createIniPairs");
     const char* count = getFieldValue(kRowCountField);
-    if (count == nullptr || !isNumber(count)) {
+    if (count == nullptr || !isCount(count)) {
         return trace.exitWith(refuse(kNotOurForm));
     }
     const int rows = leadingNumber(count);

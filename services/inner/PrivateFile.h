@@ -3,6 +3,6 @@
 
 #include <cstdio>
 
-// Opens the regular file `path` for appending and leaves its owner alone with access to it. Null
-// with errno set when it can't be opened. The caller owns the stream.
+// Opens `path` for appending and leaves its owner alone with access to it. Null with errno set
+// when it can't be opened. The caller owns the stream.
 [[nodiscard]] std::FILE* openPrivateFile(const char* path);
