@@ -3,7 +3,8 @@
 #   tools/serve.sh STAGE PORT
 # STAGE is the folder of `DESTDIR=STAGE cmake --install ...`. What the server needs for itself it
 # writes into STAGE/server. Trace files and failure reports go to STAGE/trace; DNZ_TRACE and the
-# options of the sanitizers are handed on to the program if they are set.
+# options of the sanitizers are handed on to the program if they are set. DNZCNF_LANGUAGE chooses
+# the language of the pages, en_US if it is not set.
 set -eu
 
 stage=$1
@@ -23,6 +24,7 @@ hand_on() {
 
 cat >"$server/lighttpd.conf" <<END
 var.dnzcnf_root = "$stage"
+var.dnzcnf_language = "${DNZCNF_LANGUAGE:-en_US}"
 server.bind = "127.0.0.1"
 server.port = $port
 server.document-root = "$server/empty"
