@@ -5,11 +5,8 @@ the script that ./run uses, on a free port; Chromium is driven through Debian's 
 """
 import os
 import shutil
-import socket
-import subprocess
 import sys
 import tempfile
-import time
 import unittest
 
 from selenium import webdriver
@@ -18,6 +15,9 @@ from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
 
 SOURCE, BUILD = sys.argv[1:3]
+sys.path.append(SOURCE + '/tests/support')
+from staging import served, stage
+
 BROWSER_OPTIONS = (
     '--headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-sync'
     ' --disable-background-networking --disable-component-update --window-size=1280,1000')
@@ -29,36 +29,15 @@ NZIGwWaitInterval 30 #time limit
 """
 
 
-def free_port():
-    with socket.create_server(('127.0.0.1', 0)) as probe:
-        return probe.getsockname()[1]
-
-
-def wait_until_served(port):
-    deadline = time.monotonic() + 20
-    while True:
-        try:
-            return socket.create_connection(('127.0.0.1', port), 1).close()
-        except OSError:
-            if time.monotonic() > deadline:
-                raise
-            time.sleep(0.05)
-
-
 class EditFile(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.folder = tempfile.mkdtemp(prefix='dnzcnf-browser-')
         cls.addClassCleanup(shutil.rmtree, cls.folder, ignore_errors=True)
         cls.ini = cls.folder + '/var/nzm/'
-        subprocess.run(['cmake', '--install', BUILD], check=True, stdout=subprocess.DEVNULL,
-                       env={**os.environ, 'DESTDIR': cls.folder})
-        port = free_port()
-        server = subprocess.Popen([SOURCE + '/tools/serve.sh', cls.folder, str(port)])
-        cls.addClassCleanup(server.wait)
-        cls.addClassCleanup(server.terminate)
-        wait_until_served(port)
-        cls.entry_page = f'http://127.0.0.1:{port}/dnzgate/'
+        stage(BUILD, cls.folder)
+        address = cls.enterClassContext(served(SOURCE, cls.folder))
+        cls.entry_page = address + '/dnzgate/'
 
         options = webdriver.ChromeOptions()
         for option in BROWSER_OPTIONS.split():
