@@ -13,6 +13,8 @@ from selenium import webdriver
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.support.expected_conditions import staleness_of
+from selenium.webdriver.support.wait import WebDriverWait
 
 SOURCE, BUILD = sys.argv[1:3]
 sys.path.append(SOURCE + '/tests/support')
@@ -73,7 +75,9 @@ class EditFile(unittest.TestCase):
         self.field(name).send_keys(text)
 
     def press(self, label):
-        self.browser.find_element(By.XPATH, f'//button[.="{label}"]').click()
+        button = self.browser.find_element(By.XPATH, f'//button[.="{label}"]')
+        button.click()
+        WebDriverWait(self.browser, 20).until(staleness_of(button), 'the next page')
 
     def page_text(self):
         return self.browser.find_element(By.TAG_NAME, 'body').text
