@@ -19,6 +19,11 @@ if grep -rnE --include='*.cpp' --include='*.h' '#include <(iostream|fstream|sstr
     failed=1
 fi
 # shellcheck disable=SC2086
+if grep -rnE --include='*.cpp' --include='*.h' '#include "\.\./' $product; then
+    echo 'A room sees the rooms that its target links: no include by a path.' >&2
+    failed=1
+fi
+# shellcheck disable=SC2086
 find $product tests \( -name '*.cpp' -o -name '*.h' \) \
     -exec clang-format --dry-run -Werror {} + || failed=1
 shellcheck run test tools/*.sh install/cgi-bin/dnzcnf || failed=1

@@ -5,6 +5,7 @@
 
 #include "BoundedText.h"
 #include "Numbers.h"
+#include "RegularFile.h"
 #include "ServiceNames.h"
 #include "TableDirectory.h"
 #include "TraceRecords.h"
@@ -24,7 +25,7 @@ StreamHandle openFile(BoundedText& path, const char* directory, const char* name
         appendDirectory(path, directory);
     }
     path.append(name);
-    return StreamHandle(path.truncated() ? nullptr : std::fopen(path.view().data(), "r"));
+    return path.truncated() ? nullptr : openRegularStream(path.view().data());
 }
 
 bool isSeparator(char character) {

@@ -1,7 +1,5 @@
 #include "ConverterCache.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -12,6 +10,7 @@
 #include <string_view>
 
 #include "BoundedText.h"
+#include "RegularFile.h"
 #include "ServiceNames.h"
 #include "TableDirectory.h"
 #include "TraceRecords.h"
@@ -118,18 +117,13 @@ void appendUpperCase(BoundedText& text, std::string_view key) {
 }
 
 // Opens a regular file; anything else, and a path that was cut, counts as missing.
-FileDescriptor openRegularFile(const BoundedText& path) {
+FileDescriptor openTable(const BoundedText& path) {
     errno = 0;
     xnztr_text(path.view().data());
     if (path.truncated()) {
         return FileDescriptor(-1);
     }
-    // Without O_NONBLOCK a pipe of that name would stop the process before it can be refused.
-    FileDescriptor file(open(path.view().data(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
-    struct stat status {};
-    const bool isRegular =
-        file.isOpen() && fstat(file.number(), &status) == 0 && S_ISREG(status.st_mode);
-    return isRegular ? std::move(file) : FileDescriptor(-1);
+    return FileDescriptor(openRegularFile(path.view().data()));
 }
 
 FileDescriptor openTableFile(std::string_view directory, std::string_view key,
@@ -138,7 +132,7 @@ FileDescriptor openTableFile(std::string_view directory, std::string_view key,
     char lowerCasePath[kPathSize];
     BoundedText lowerCase(lowerCasePath);
     lowerCase.append(directory).append(key).append(".tbl");
-    FileDescriptor file = openRegularFile(lowerCase);
+    FileDescriptor file = openTable(lowerCase);
     if (file.isOpen()) {
         return file;
     }
@@ -149,7 +143,7 @@ FileDescriptor openTableFile(std::string_view directory, std::string_view key,
     upperCase.append(directory);
     appendUpperCase(upperCase, key);
     upperCase.append(".TBL");
-    return openRegularFile(upperCase);
+    return openTable(upperCase);
 }
 
 TableBytes allocateTable(std::size_t size) {

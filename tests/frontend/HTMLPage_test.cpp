@@ -45,7 +45,8 @@ TEST(HTMLPage, OwnsItsName) {
     std::memcpy(taken, "b.htm", 6);
     copy.set_HTMLSourceFile(taken);
     EXPECT_EQ(copy.get_HTMLSourceFile(), taken);
-    EXPECT_TRUE(copy != page && copy != HTMLPage());
+    EXPECT_TRUE(copy != page);
+    EXPECT_TRUE(copy != HTMLPage());
     copy = page;
     EXPECT_STREQ(copy.get_HTMLSourceFile(), "a.htm");
 }

@@ -17,7 +17,10 @@ constexpr char kNoCatalogue[] = "Velmora was unable to open a message catalog.";
 
 class MessageRetrieval : public testing::Test {
 protected:
-    MessageRetrieval() { setVariable("NLSPATH", CATALOGUE_DIRECTORY "/%N.cat"); }
+    MessageRetrieval() {
+        setVariable("NLSPATH", CATALOGUE_DIRECTORY "/%N.cat");
+        setVariable("LANG", nullptr);
+    }
 
     std::int32_t fetch(std::int32_t number, std::int32_t control, std::uint32_t size1) {
         xcsINSERTS inserts;
@@ -61,7 +64,7 @@ TEST_F(MessageRetrieval, FindsTextsByNumber) {
         EXPECT_EQ(fetch(row.number, row.control, row.size), row.code) << row.text;
         EXPECT_STREQ(buffers_[0], row.text);
         EXPECT_EQ(buffers_[0][row.size - 1], '\0') << "the buffer is cleared whole";
-        EXPECT_EQ(row.size == 200 || buffers_[0][row.size] == '?', true);
+        EXPECT_TRUE(row.size == 200 || buffers_[0][row.size] == '?');
     }
 }
 

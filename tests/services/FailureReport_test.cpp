@@ -74,7 +74,7 @@ TEST_F(FailureReport, GoesOnInOneFileAndNeverIntoItself) {
     EXPECT_EQ(contentsOf(fileName("FDC")), first);
     block_.inFailureReport = 0;
     xnz_xcsWYRD("second", 1, insertsOf(0, 0, " "));
-    EXPECT_EQ(contentsOf(fileName("FDC")).size(), 2 * first.size() + 0);
+    EXPECT_EQ(contentsOf(fileName("FDC")).size(), 2 * first.size());
     EXPECT_EQ(block_.inFailureReport, 0);
     xnzCSCtrl = nullptr;
     EXPECT_EQ(xnz_xcsWYRD("stopped", 1, insertsOf(0, 0, " ")), 0);

@@ -7,7 +7,6 @@
 #include "ControlBlock.h"
 #include "Environment.h"
 #include "FailureReport.h"
-#include "FunctionStack.h"
 #include "ServiceCalls.h"
 #include "ServiceNames.h"
 
@@ -25,9 +24,9 @@ protected:
     TemporaryDirectory directory_;
 };
 
-std::string ownTraceFile() {
+std::string ownFile(const char* extension) {
     char name[32];
-    std::snprintf(name, sizeof name, "DNZ%05d.TRC", reducedProcessId());
+    std::snprintf(name, sizeof name, "DNZ%05d.%s", reducedProcessId(), extension);
     return name;
 }
 
@@ -37,11 +36,11 @@ TEST_F(StartStop, StartsOnceUnderOneName) {
     setVariable("DNZ_TRACE", "");
     InitCommonServices("DNZ");
     const CSCtrlBlock* block = xnzCSCtrl;
-    const std::string trace = contentsOf(ownTraceFile());
+    const std::string trace = contentsOf(ownFile("TRC"));
     EXPECT_EQ(InitCommonServices("DNZ"), 0);
     EXPECT_EQ(xnzCSCtrl, block);
-    EXPECT_EQ(contentsOf(ownTraceFile()), trace);
-    EXPECT_EQ(trace.find("BuildDate") != std::string::npos, true);
+    EXPECT_EQ(contentsOf(ownFile("TRC")), trace);
+    EXPECT_NE(trace.find("BuildDate"), std::string::npos);
 }
 
 TEST_F(StartStop, StartsAgainUnderAnotherNameCutToSevenCharacters) {
@@ -65,7 +64,7 @@ TEST_F(StartStop, StartsAgainInAForkedChild) {
     const pid_t child = fork();
     if (child == 0) {
         InitCommonServices("DNZ");
-        const bool isNew = xnzCSCtrl != block && std::filesystem::exists(ownTraceFile());
+        const bool isNew = xnzCSCtrl != block && std::filesystem::exists(ownFile("TRC"));
         _exit(isNew ? 0 : 1);
     }
     int status = -1;
@@ -78,7 +77,7 @@ TEST_F(StartStop, StopsInReverseOrderAndForGood) {
     dnz_InitCommonServices("DNZ");
     EXPECT_EQ(xnzTermCommonServices(), 0);
     EXPECT_EQ(xnzCSCtrl, nullptr);
-    const std::string trace = contentsOf(ownTraceFile());
+    const std::string trace = contentsOf(ownFile("TRC"));
     const std::size_t stop = trace.find("-->xnzTermCommonServices");
     const std::size_t table = trace.find("---->xxxTerminate");
     const std::size_t end = trace.find("---->xnz_xtrTerminate");
@@ -103,9 +102,8 @@ TEST_F(StartStop, ReportsUnderAFunctionIndex) {
     xcsINSERTS inserts;
     inserts.text1 = inserts.text2 = inserts.text3 = " ";
     EXPECT_EQ(dnz_xcsWYRD(nullptr, 65535, 3, inserts), 0);
-    std::string report = ownTraceFile();
-    report.replace(report.size() - 3, 3, "FDC");
-    EXPECT_NE(contentsOf(report).find("Function Name     :- first_function!!!"), std::string::npos);
+    EXPECT_NE(contentsOf(ownFile("FDC")).find("Function Name     :- first_function!!!"),
+              std::string::npos);
     std::fclose(fdcFile);
     fdcFile = nullptr;
 }

@@ -2,7 +2,6 @@
 
 #include <ctime>
 
-#include "Codesets.h"
 #include "ReturnCodes.h"
 #include "ServicesTest.h"
 
@@ -33,8 +32,6 @@ TEST_F(SystemInformation, TakesTheCodePageFromTheLocale) {
         EXPECT_STREQ(codeset, row.codeset) << (row.lang ? row.lang : "unset");
     }
     setVariable("LANG", nullptr);
-    EXPECT_STREQ(xxxCodesetInfo[0].locale, "C");
-    EXPECT_STREQ(xxxCodesetInfo[kLocaleCount - 1].locale, "roman8");
 }
 
 TEST_F(SystemInformation, TracesHowItFoundTheCodePage) {
