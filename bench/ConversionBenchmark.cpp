@@ -59,7 +59,7 @@ constexpr Subject kSubjects[] = {
 class Iconv {
 public:
     Iconv(const char* from, const char* to) : handle_(iconv_open(to, from)) {
-        if (handle_ == reinterpret_cast<iconv_t>(-1)) {
+        if (reinterpret_cast<std::intptr_t>(handle_) == -1) {
             std::perror("iconv_open");
             std::exit(EXIT_FAILURE);
         }

@@ -7,6 +7,7 @@
 // Bytes with no counterpart become the substitute byte of the target, pairs two of them.
 #include <iconv.h>
 
+#include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -101,7 +102,7 @@ class Converter {
 public:
     Converter(const Ccsid& from, const Ccsid& to)
         : handle_(iconv_open(to.converter.c_str(), from.converter.c_str())) {
-        if (handle_ == reinterpret_cast<iconv_t>(-1)) {
+        if (reinterpret_cast<std::intptr_t>(handle_) == -1) {
             fail("the C library has no converter from " + from.converter + " to " + to.converter);
         }
     }

@@ -177,11 +177,4 @@ TEST_F(CCSIDTableTest, QueryGivesTheEncodingFirst) {
     EXPECT_EQ(type.widthClass, 3);
 }
 
-TEST_F(CCSIDTableTest, NothingRunsWithoutAControlBlock) {
-    xnzCSCtrl = nullptr;
-    CCSIDType type{-1, -1};
-    EXPECT_EQ(xxxInitialize(), xecX_E_SERVICE_UNAVAILABLE);
-    EXPECT_EQ(xcsQueryCCSIDType(9, &type), xecX_E_SERVICE_UNAVAILABLE);
-}
-
 }  // namespace

@@ -263,15 +263,6 @@ TEST(ConversionEngines, TextsByHand) {
     }
 }
 
-TEST(ConversionEngines, WithoutTablesBytesStay) {
-    const ConvContext context{0, nullptr, nullptr, 1, 0};
-    EXPECT_EQ(convert(TranSBCS, hex("15 41"), 2, context, ConvHostToPC).written, hex("15 41"));
-    EXPECT_EQ(convert(HostPCMM, hex("15 0E 81 42 0F"), 5, context, ConvHostToPC).written,
-              hex("15 81 42"));
-    EXPECT_EQ(convert(PCHostMM, hex("15 81 42"), 5, context, ConvPCToHost).written,
-              hex("15 0E 81 42 0F"));
-}
-
 TEST(ConversionEngines, RowsOutsideTheTableGiveZeroBytes) {
     // First bytes and their rows: 00 to row 0, 01 to row 1, 02 to row 2, 80 and FF to none.
     for (const std::size_t size : {513U, 1023U, 1024U, 1535U, 1536U}) {

@@ -5,7 +5,6 @@
 #include <random>
 #include <vector>
 
-#include "ControlBlock.h"
 #include "ConversionTest.h"
 
 namespace {
