@@ -17,15 +17,16 @@ class Catalogue:
 
     @staticmethod
     def unescape(text):
-        escapes = {"n": "\n", "t": "\t", "r": "\r"}
-        return re.sub(r"\\([0-7]{3}|.)",
-                      lambda m: escapes.get(m[1]) or (chr(int(m[1], 8)) if m[1].isdigit() else m[1]),
-                      text)
+        def byte(match):
+            if match[1].isdigit():
+                return chr(int(match[1], 8))
+            return {"n": "\n", "t": "\t", "r": "\r"}.get(match[1], match[1])
+        return re.sub(r"\\([0-7]{3}|.)", byte, text)
 
     def message(self, number, *inserts):
         """The first section of a message, with its text inserts in place of %3 to %5."""
-        values = dict(zip("345", inserts + ("", "", "")), **{"1": "0", "2": "0", "7": "0", "8": "0"})
-        values["6"] = str(int(f"4000{number}", 16))
+        values = {"6": str(int(f"4000{number}", 16)), **dict.fromkeys("1278", "0"),
+                  **dict(zip("345", inserts + ("", "", "")))}
         filled = re.sub(r"%([1-8])", lambda m: values[m[1]], self.texts[number])
         return filled.split("\x14")[0][:MESSAGE_BYTES]
 

@@ -126,7 +126,8 @@ class CaseRun:
         """What happens in the child, with its process id, before it becomes the program."""
         def prepare():
             for _, kind, _ in request.find("taken"):
-                name = self.folder / environment.get("DNZ_PATH", "") / trace_name(os.getpid(), "TRC")
+                folder = self.folder / environment.get("DNZ_PATH", "")
+                name = folder / trace_name(os.getpid(), "TRC")
                 name.mkdir() if kind == "directory" else name.symlink_to("/dev/full")
             for _, name, _ in request.find("closed"):
                 os.close(("stdin", "stdout", "stderr").index(name))
@@ -142,8 +143,7 @@ class CaseRun:
             [self.program], cwd=self.folder, env=environment,
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
             preexec_fn=self.prepare_child(request, environment))
-        output, errors = (stream.decode(ENCODING) for stream in child.communicate(
-            (body or "").encode(ENCODING), timeout=TIMEOUT_SECONDS))
+        output, errors = self.talk(child, body or "")
         compare = self.differences.compare
         compare("standard output", self.expected_answer(request), output)
         compare("standard error", self.expand(decode(request.text("stderr", ""))), errors)
@@ -154,6 +154,15 @@ class CaseRun:
                         for _, name, text in request.find("after"))
         self.compare_files(expected)
         self.answer = output
+
+    @staticmethod
+    def talk(child, body):
+        try:
+            answers = child.communicate(body.encode(ENCODING), timeout=TIMEOUT_SECONDS)
+        except subprocess.TimeoutExpired:
+            child.kill()
+            raise
+        return (answer.decode(ENCODING) for answer in answers)
 
     def expected_answer(self, request):
         (keyword, arguments, text), = request.find("stdout", "page", "faults")
@@ -180,17 +189,19 @@ class CaseRun:
         banner = environment.get("DNZ_TRACE", "")[:1] in ("U", "u") and environment.get("DNZ_PATH")
         read_trace = functools.partial(trace_file.read_trace, user_banner=bool(banner),
                                        line_feeds="%0A" in body.upper())
-        for _, folder, tree in request.find("trace") + (
-                [("trace", self.trace_folder, "")] if self.trace_folder else []):
+        compare = self.differences.compare
+        if self.trace_folder:
+            self.check_last_record(self.take(self.trace_folder, child, "TRC", read_trace), child)
+            compare("other files of the trace folder", "", "\n".join(os.listdir(self.trace_folder)))
+        for _, folder, tree in request.find("trace"):
             lines = self.take(folder, child, "TRC", read_trace)
             if tree:
-                self.differences.compare(
-                    "trace", trace_file.expand_tree(self.expand(tree), blocks), lines)
+                compare("trace", trace_file.expand_tree(self.expand(tree), blocks), lines)
             self.check_last_record(lines, child)
         for _, folder, text in request.find("report"):
             report = self.take(folder, child, "FDC", trace_file.read_report)
-            self.differences.compare("report", self.expand(decode(text)),
-                                     report.replace(trace_name(child.pid, "TRC"), SAMPLE_TRACE))
+            compare("report", self.expand(decode(text)),
+                    report.replace(trace_name(child.pid, "TRC"), SAMPLE_TRACE))
 
     def check_last_record(self, lines, child):
         code = "OK" if child.returncode == 0 else str(child.returncode)

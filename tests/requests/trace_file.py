@@ -48,7 +48,8 @@ def read_trace(text, *, user_banner=False, line_feeds=False):
     while position < len(text):
         record = line_feeds and TEXT_LINES.match(text, position) or RECORD.match(text, position)
         if not record:
-            raise Unexplained(f"in the trace, behind {lines[-1:]}: {text[position:position + 200]!r}")
+            rest = text[position:position + 200]
+            raise Unexplained(f"in the trace, behind {lines[-1:]}: {rest!r}")
         check_nesting(record.groupdict(), callers)
         lines.append(re.sub(TIME, "", record[0], count=1))
         position = record.end()
