@@ -3,6 +3,7 @@
 Usage: EditFile_test.py SOURCE BUILD. The build is staged into a temporary folder and served by
 the script that ./run uses, on a free port; Chromium is driven through Debian's chromedriver.
 """
+import contextlib
 import os
 import shutil
 import sys
@@ -10,10 +11,10 @@ import tempfile
 import unittest
 
 from selenium import webdriver
+from selenium.common.exceptions import WebDriverException
 from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
-from selenium.webdriver.support.expected_conditions import staleness_of
 from selenium.webdriver.support.wait import WebDriverWait
 
 SOURCE, BUILD = sys.argv[1:3]
@@ -32,6 +33,8 @@ NZIGwWaitInterval 30 #time limit
 
 
 class EditFile(unittest.TestCase):
+    pages_left = 0
+
     @classmethod
     def setUpClass(cls):
         cls.folder = tempfile.mkdtemp(prefix='dnzcnf-browser-')
@@ -47,11 +50,11 @@ class EditFile(unittest.TestCase):
         options.add_argument(f'--user-data-dir={cls.folder}/profile')
         cls.browser = webdriver.Chrome(options=options, service=Service('/usr/bin/chromedriver'))
         cls.addClassCleanup(cls.browser.quit)
-        cls.browser.implicitly_wait(5)
 
     def setUp(self):
         for name in os.listdir(self.ini):
-            os.remove(self.ini + name)
+            if os.path.isfile(self.ini + name):
+                os.remove(self.ini + name)
         self.put('dnz.ini', FILE)
         self.browser.get(self.entry_page)
 
@@ -74,10 +77,20 @@ class EditFile(unittest.TestCase):
         self.field(name).clear()
         self.field(name).send_keys(text)
 
+    @contextlib.contextmanager
+    def next_page(self):
+        """What is done inside leads to another page: waits until that one is whole."""
+        self.pages_left += 1
+        self.browser.execute_script('document.left = arguments[0]', self.pages_left)
+        yield
+        arrived = 'return document.left != arguments[0] && document.readyState == "complete"'
+        # Between two pages the driver may know neither.
+        WebDriverWait(self.browser, 30, ignored_exceptions=[WebDriverException]).until(
+            lambda browser: browser.execute_script(arrived, self.pages_left))
+
     def press(self, label):
-        button = self.browser.find_element(By.XPATH, f'//button[.="{label}"]')
-        button.click()
-        WebDriverWait(self.browser, 20).until(staleness_of(button), 'the next page')
+        with self.next_page():
+            self.browser.find_element(By.XPATH, f'//button[.="{label}"]').click()
 
     def page_text(self):
         return self.browser.find_element(By.TAG_NAME, 'body').text
@@ -127,7 +140,8 @@ class EditFile(unittest.TestCase):
             self.assertIn(text, self.page_text())
         self.assertEqual(self.saved('dnz.ini'), FILE)
 
-        self.browser.back()
+        with self.next_page():
+            self.browser.back()
         self.assertEqual(self.field('v1').get_attribute('value'), 'GATE-IN')
         self.fill('v1', 'GATE.NEW')
         self.fill('v3', '-1')
@@ -143,9 +157,11 @@ class EditFile(unittest.TestCase):
         self.assertEqual(self.saved('dnz.ini'), FILE)
 
     def test_new_file_is_made_by_its_first_save(self):
-        self.browser.find_element(By.ID, 'file').send_keys('new.ini' + Keys.ENTER)
+        with self.next_page():
+            self.browser.find_element(By.ID, 'file').send_keys('new.ini' + Keys.ENTER)
         self.assertEqual(self.field('dnzNumPairs').get_attribute('value'), '0')
-        self.fill('dnzNewName', 'First' + Keys.ENTER)
+        with self.next_page():
+            self.fill('dnzNewName', 'First' + Keys.ENTER)
         self.assertEqual(self.names_shown(), ['First'])
         self.assertEqual(self.saved('new.ini'), b'First\n')
 
