@@ -14,10 +14,11 @@ requests of a case share one folder, so each finds what the one before it has le
     post            makes the request a form post; its fields as sent, one a line, without the "&"
     submit          the form of the answer before, sent back as a browser does; lines NAME=typed
                     text change or add a field
-    file NAME       a file to make before the request; a NAME that ends in "/" is a folder
+    file NAME       a file to make before the request; a NAME that ends in "/" is a folder, one
+                    that ends in "|" a pipe
     without NAME    a template that isn't there
     closed STREAM   stdin, stdout or stderr, closed before the program starts
-    taken KIND      the name of the trace file is taken by a "directory" or by a "full" device
+    taken KIND      the name of the trace file is taken: by a "directory", a "pipe", a "full" device
     stdout          the whole answer
     page NAME [SAVE [DIRECTORY]]
                     instead of stdout: the form page of the file NAME, one "name | value |

@@ -86,9 +86,11 @@ class CaseRun:
                 self.write(name, read(FIXTURES / name))
 
     def write(self, name, text):
-        path = self.folder / name
+        path = self.folder / name.removesuffix("|")
         (path if name.endswith("/") else path.parent).mkdir(parents=True, exist_ok=True)
-        if not name.endswith("/"):
+        if name.endswith("|"):
+            os.mkfifo(path)
+        elif not name.endswith("/"):
             path.write_text(text, encoding=ENCODING, newline="")
 
     def files(self):
@@ -128,7 +130,9 @@ class CaseRun:
             for _, kind, _ in request.find("taken"):
                 folder = self.folder / environment.get("DNZ_PATH", "")
                 name = folder / trace_name(os.getpid(), "TRC")
-                name.mkdir() if kind == "directory" else name.symlink_to("/dev/full")
+                make = {"directory": name.mkdir, "pipe": functools.partial(os.mkfifo, name),
+                        "full": functools.partial(name.symlink_to, "/dev/full")}
+                make[kind]()
             for _, name, _ in request.find("closed"):
                 os.close(("stdin", "stdout", "stderr").index(name))
         return prepare
