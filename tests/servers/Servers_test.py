@@ -35,8 +35,8 @@ HEADERS = {
         "base-uri 'none'; frame-ancestors 'none'; sandbox allow-forms allow-same-origin",
     'X-Content-Type-Options': 'nosniff',
     'Referrer-Policy': 'same-origin',
-    'Cache-Control': 'no-store',
 }
+CACHE_CONTROL = {PROGRAM: 'private, no-cache', **dict.fromkeys(PAGES, 'no-store')}
 
 REFUSED_POSTS = {
     'no login': {'Authorization': None},
@@ -109,8 +109,9 @@ class Snippet(unittest.TestCase):
         return self.request('POST', PROGRAM, body, **{
             'Content-Type': FORM_TYPE, 'Content-Length': str(len(body)), **headers})
 
-    def check_headers(self, answer):
-        for name, value in HEADERS.items():
+    def check_headers(self, answer, path):
+        expected = {**HEADERS, 'Cache-Control': CACHE_CONTROL[path]}
+        for name, value in expected.items():
             self.assertEqual(answer.headers.get_all(name), [value], name)
 
     def check_refusal(self, answer):
@@ -124,7 +125,7 @@ class Snippet(unittest.TestCase):
         for path in PAGES:
             answer, text = self.request('GET', path)
             self.assertEqual(answer.status, 200, path)
-            self.check_headers(answer)
+            self.check_headers(answer, path)
             types[path] = answer.headers['Content-Type'].lower()
             if path == '/dnzgate/':
                 button = re.search('<button name="dnzINIfile" value="(.*)">', text)
@@ -134,12 +135,12 @@ class Snippet(unittest.TestCase):
         answer, form = self.post({'dnzcnf': 'open', 'dnzINIfile': button[1]}, **browser)
         self.assertEqual(answer.status, 200)
         self.assertTrue(answer.headers['Content-Type'].startswith('text/html'))
-        self.check_headers(answer)
+        self.check_headers(answer, PROGRAM)
         self.assertIn('"GATE.IN"', form)
         self.assertEqual(self.saved(), FILE)
 
         answer, form = self.post(SAVE, **browser)
-        self.check_headers(answer)
+        self.check_headers(answer, PROGRAM)
         self.assertIn('"GATE.NEW"', form)
         self.assertEqual(self.saved(), SAVED)
 
@@ -155,7 +156,7 @@ class Snippet(unittest.TestCase):
                 answer, _ = self.post(SAVE, **headers)
                 self.check_refusal(answer)
                 if self.server.headers_on_refusals:
-                    self.check_headers(answer)
+                    self.check_headers(answer, PROGRAM)
                 self.assertEqual(answer.status == 401, 'Authorization' in headers, answer.status)
                 self.assertEqual(answer.status == 413, 'Content-Length' in headers, answer.status)
 
