@@ -1,21 +1,6 @@
-# Writes the header with the code level and the build date. The date is that of
-# SOURCE_DATE_EPOCH, else of the last commit, else of the release: never the clock, so that the
-# same source always gives the same program.
-set(release_date_epoch 1795305600) # 22 Nov 2026
+# Writes the header with the code level and the build date, which is that of the source.
+include(${CMAKE_CURRENT_LIST_DIR}/SourceDate.cmake)
 
-set(epoch "$ENV{SOURCE_DATE_EPOCH}")
-if(NOT epoch MATCHES "^[0-9]+$")
-  # Named outright, the repository may belong to somebody else, and that of a folder further up
-  # isn't taken for ours.
-  execute_process(
-    COMMAND git --git-dir=${SOURCE_DIR}/.git log -1 --format=%ct
-    OUTPUT_VARIABLE epoch OUTPUT_STRIP_TRAILING_WHITESPACE ERROR_QUIET)
-endif()
-if(NOT epoch MATCHES "^[0-9]+$")
-  set(epoch ${release_date_epoch})
-endif()
-
-set(ENV{SOURCE_DATE_EPOCH} "${epoch}")
 string(TIMESTAMP day "%d" UTC)
 string(TIMESTAMP month_number "%m" UTC)
 string(TIMESTAMP year "%Y" UTC)

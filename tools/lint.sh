@@ -26,6 +26,6 @@ fi
 # shellcheck disable=SC2086
 find $product tests examples \( -name '*.cpp' -o -name '*.h' \) \
     -exec clang-format --dry-run -Werror {} + || failed=1
-shellcheck run test tools/*.sh install/cgi-bin/dnzcnf || failed=1
+shellcheck run test tools/*.sh install/cgi-bin/dnzcnf install/debian/post* || failed=1
 
 exit $failed

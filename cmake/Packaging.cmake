@@ -1,0 +1,87 @@
+# The Debian packages, made by cpack: dnzcnf with the tool and all it needs, libdnzservices-dev
+# with the services as a library. Both go to places of their own below /opt and /var.
+set(packaging ${PROJECT_SOURCE_DIR}/install/debian)
+set(packaging_build ${PROJECT_BINARY_DIR}/packaging)
+file(MAKE_DIRECTORY ${packaging_build})
+
+find_program(GZIP gzip REQUIRED)
+
+# Without -n the date of the file would be in the result.
+function(compress_document source document)
+  add_custom_command(
+    OUTPUT ${document}
+    COMMAND ${GZIP} -9 -n -c ${source} > ${document}
+    DEPENDS ${source}
+    VERBATIM)
+endfunction()
+
+set(manual_page ${packaging_build}/dnzcnf.8.gz)
+compress_document(${PROJECT_SOURCE_DIR}/install/man/dnzcnf.8 ${manual_page})
+set(package_changelog ${packaging_build}/changelog.gz)
+compress_document(${packaging}/changelog ${package_changelog})
+set(release_notes ${packaging_build}/CHANGELOG.md.gz)
+compress_document(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${release_notes})
+add_custom_target(documents ALL DEPENDS ${manual_page} ${package_changelog} ${release_notes})
+
+install(FILES ${manual_page} DESTINATION /usr/share/man/man8)
+
+# What only a package needs: an installation without one leaves it out.
+function(install_package_documents component package)
+  set(documents_folder /usr/share/doc/${package})
+  install(FILES ${packaging}/copyright ${package_changelog} ${release_notes}
+    DESTINATION ${documents_folder} COMPONENT ${component} EXCLUDE_FROM_ALL)
+  install(FILES ${packaging}/${package}.lintian-overrides
+    DESTINATION /usr/share/lintian/overrides RENAME ${package}
+    COMPONENT ${component} EXCLUDE_FROM_ALL)
+endfunction()
+install_package_documents(tool dnzcnf)
+install_package_documents(development libdnzservices-dev)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/services
+  DESTINATION /usr/share/doc/libdnzservices-dev/examples
+  COMPONENT development EXCLUDE_FROM_ALL)
+
+# What an administrator edits: the ini file, and the entry pages with their list of ini files.
+# An upgrade keeps the edited ones.
+file(GLOB entry_pages CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/install/html
+  ${PROJECT_SOURCE_DIR}/install/html/*/dnzcnf1.htm)
+list(TRANSFORM entry_pages PREPEND /opt/nzm/html/dnzgate/)
+list(JOIN entry_pages "\n" conffiles)
+file(CONFIGURE OUTPUT packaging/conffiles CONTENT "/var/nzm/dnz.ini\n${conffiles}\n" @ONLY)
+
+set(CPACK_GENERATOR DEB)
+set(CPACK_PACKAGE_DIRECTORY ${PROJECT_BINARY_DIR}/packages)
+set(CPACK_PACKAGE_CONTACT "dnzcnf engineering <engineering@dnzcnf.invalid>")
+set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/SourceDate.cmake)
+set(CPACK_VERBATIM_VARIABLES ON)
+set(CPACK_STRIP_FILES ON)
+set(CPACK_SET_DESTDIR ON) # the places are absolute, and only for form there is a prefix
+set(CPACK_INSTALL_PREFIX /opt/nzm)
+set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/PackageFolders.cmake)
+set(CPACK_COMPONENTS_ALL tool development)
+
+set(CPACK_DEB_COMPONENT_INSTALL ON)
+set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
+set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+
+set(CPACK_DEBIAN_TOOL_PACKAGE_NAME dnzcnf)
+set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION web)
+set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS adduser) # the libraries are found by dpkg-shlibdeps
+set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_TOOL_PACKAGE_SUGGESTS "lighttpd | httpd-cgi")
+set(CPACK_DEBIAN_TOOL_PACKAGE_CONTROL_EXTRA
+  ${packaging_build}/conffiles ${packaging}/postinst ${packaging}/postrm)
+set(CPACK_COMPONENT_TOOL_DESCRIPTION "edits the ini files of the Velmora gateway in a browser
+A CGI program for the web server that is already there: it shows an ini
+file of the gateway as a form, checks what was entered, and saves it.
+The pages and messages are in English, Brazilian Portuguese, Chinese,
+French, German, Italian, Japanese, Korean and Spanish.")
+
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libdnzservices-dev)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "dnzcnf (= ${PROJECT_VERSION})")
+set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "common services of the Velmora gateway (development files)
+Trace, failure reports, messages and text conversion as a static library,
+with its headers, a CMake package and an example program. The message
+catalogue and the conversion tables come with the package dnzcnf.")
+
+include(CPack)
