@@ -60,20 +60,20 @@ private:
     ByteTable changed_;
 };
 
-// The double-byte table with the number of rows that lie wholly inside it.
+// The double-byte table with its end: that of its bytes, or of the last row that has a number.
 class DoubleByteTable {
 public:
     explicit DoubleByteTable(const ConvContext& context)
-        : table_(context.dbcsTable), rows_(std::min(context.dbcsTableSize / kRowSize, kMostRows)) {}
+        : table_(context.dbcsTable),
+          end_(std::min<std::ptrdiff_t>(context.dbcsTableSize, kMostRows * kRowSize)) {}
 
     // Translates one pair.
     void translate(const unsigned char* source, unsigned char* target) const {
         unsigned char first = source[0];
         unsigned char second = source[1];
         if (table_ != nullptr) {
-            const std::ptrdiff_t row = table_[first];
-            const unsigned char* pair =
-                row < rows_ ? table_ + kRowSize * row + kPairSize * second : kNoPair;
+            const std::ptrdiff_t place = kRowSize * table_[first] + kPairSize * second;
+            const unsigned char* pair = place + kPairSize <= end_ ? table_ + place : kNoPair;
             first = pair[0];
             second = pair[1];
         }
@@ -85,7 +85,7 @@ private:
     static constexpr unsigned char kNoPair[kPairSize] = {};
 
     const unsigned char* table_;
-    std::ptrdiff_t rows_;
+    std::ptrdiff_t end_;
 };
 
 // A text on its way through a loop: the two positions, and what a step needs.

@@ -5,7 +5,7 @@
 //   HostPCMM  mixed text in host form: double-byte text stands between the bytes SO and SI
 //   PCHostMM  mixed text in PC form: a double-byte character is told by its first byte
 // The engines know no invalid text and no substitute: what a table holds is what is written.
-// A double-byte character whose table row isn't there gives two zero bytes.
+// A double-byte character whose place lies outside its table gives two zero bytes.
 #pragma once
 
 #include <cstdint>
@@ -24,7 +24,7 @@ struct ConvContext {
     const unsigned char* dbcsTable;  // null: pairs pass unchanged
     const unsigned char* sbcsTable;  // null: single bytes pass unchanged
     std::int32_t leadByteClass;
-    std::int32_t dbcsTableSize;  // in bytes; only rows that lie wholly inside are used
+    std::int32_t dbcsTableSize;  // in bytes; nothing behind it is read
 };
 
 // The loops convert `*sourceLength` bytes into at most `*targetLength` and advance `*source` and
