@@ -1,29 +1,14 @@
 """Edits ini files as a person does, and looks at the bytes that were saved.
 
-Usage: EditFile_test.py SOURCE BUILD. The build is staged into a temporary folder and served by
-the script that ./run uses, on a free port; Chromium is driven through Debian's chromedriver.
+Usage: EditFile_test.py SOURCE BUILD.
 """
-import contextlib
-import os
-import shutil
 import sys
-import tempfile
 import unittest
 
-from selenium import webdriver
-from selenium.common.exceptions import WebDriverException
-from selenium.webdriver.chrome.service import Service
 from selenium.webdriver.common.by import By
 from selenium.webdriver.common.keys import Keys
-from selenium.webdriver.support.wait import WebDriverWait
 
-SOURCE, BUILD = sys.argv[1:3]
-sys.path.append(SOURCE + '/tests/support')
-from staging import served, stage
-
-BROWSER_OPTIONS = (
-    '--headless --no-sandbox --disable-gpu --disable-quic --no-first-run --disable-sync'
-    ' --disable-background-networking --disable-component-update --window-size=1280,1000')
+from browser import BrowserTest
 
 FILE = b"""NZIGwContext None #None or All
 NZIGwQueue GATE.IN #requests
@@ -32,72 +17,10 @@ NZIGwWaitInterval 30 #time limit
 """
 
 
-class EditFile(unittest.TestCase):
-    pages_left = 0
-
-    @classmethod
-    def setUpClass(cls):
-        cls.folder = tempfile.mkdtemp(prefix='dnzcnf-browser-')
-        cls.addClassCleanup(shutil.rmtree, cls.folder, ignore_errors=True)
-        cls.ini = cls.folder + '/var/nzm/'
-        stage(BUILD, cls.folder)
-        address = cls.enterClassContext(served(SOURCE, cls.folder))
-        cls.entry_page = address + '/dnzgate/'
-
-        options = webdriver.ChromeOptions()
-        for option in BROWSER_OPTIONS.split():
-            options.add_argument(option)
-        options.add_argument(f'--user-data-dir={cls.folder}/profile')
-        cls.browser = webdriver.Chrome(options=options, service=Service('/usr/bin/chromedriver'))
-        cls.addClassCleanup(cls.browser.quit)
-
+class EditFile(BrowserTest):
     def setUp(self):
-        for name in os.listdir(self.ini):
-            if os.path.isfile(self.ini + name):
-                os.remove(self.ini + name)
+        super().setUp()
         self.put('dnz.ini', FILE)
-        self.browser.get(self.entry_page)
-
-    def tearDown(self):
-        with open(self.folder + '/server/program.log', encoding='utf-8') as errors:
-            self.assertEqual(errors.read(), '', 'the program wrote to standard error')
-
-    def put(self, name, contents):
-        with open(self.ini + name, 'wb') as file:
-            file.write(contents)
-
-    def saved(self, name):
-        with open(self.ini + name, 'rb') as file:
-            return file.read()
-
-    def field(self, name):
-        return self.browser.find_element(By.NAME, name)
-
-    def fill(self, name, text):
-        self.field(name).clear()
-        self.field(name).send_keys(text)
-
-    @contextlib.contextmanager
-    def next_page(self):
-        """What is done inside leads to another page: waits until that one is whole."""
-        self.pages_left += 1
-        self.browser.execute_script('document.left = arguments[0]', self.pages_left)
-        yield
-        arrived = 'return document.left != arguments[0] && document.readyState == "complete"'
-        # Between two pages the driver may know neither.
-        WebDriverWait(self.browser, 30, ignored_exceptions=[WebDriverException]).until(
-            lambda browser: browser.execute_script(arrived, self.pages_left))
-
-    def press(self, label):
-        with self.next_page():
-            self.browser.find_element(By.XPATH, f'//button[.="{label}"]').click()
-
-    def page_text(self):
-        return self.browser.find_element(By.TAG_NAME, 'body').text
-
-    def names_shown(self):
-        return [cell.text for cell in
-                self.browser.find_elements(By.CSS_SELECTOR, '.entries tbody td:first-child')]
 
     def test_change_add_and_leave_out(self):
         self.press('dnz.ini')
