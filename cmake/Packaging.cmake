@@ -65,8 +65,7 @@ set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
 set(CPACK_DEBIAN_TOOL_PACKAGE_NAME dnzcnf)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION web)
-set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS adduser) # the libraries are found by dpkg-shlibdeps
-set(CPACK_DEBIAN_TOOL_PACKAGE_SHLIBDEPS ON)
+set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS adduser)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SUGGESTS "lighttpd | httpd-cgi")
 set(CPACK_DEBIAN_TOOL_PACKAGE_CONTROL_EXTRA
   ${packaging_build}/conffiles ${packaging}/postinst ${packaging}/postrm)

@@ -79,7 +79,7 @@ std::unique_ptr<char[]> copyList(std::string_view list) {
 }
 
 bool canBeRead(const char* path) {
-    return openRegularStream(path) != nullptr;
+    return openRegularFile(path).isOpen();
 }
 
 // Tries the file in one directory and leaves the path tried in `result`.

@@ -7,7 +7,6 @@
 #include "BoundedText.h"
 #include "FileSearch.h"
 #include "IniFilePart.h"
-#include "RegularFile.h"
 #include "Results.h"
 #include "ServiceCalls.h"
 #include "Sizes.h"
@@ -90,22 +89,20 @@ NameValuePair* newPartFromLine(const IniLine& line) {
     return part;
 }
 
-// Opens the file as the search finds it and notes the directory, if the path has one; null when
-// the file isn't found.
-StreamHandle openBySearch(const std::string& name, std::optional<std::string>& directory) {
+// Opens the file as the search finds it and notes the directory, if the path has one.
+void openBySearch(FileReader& file, const std::string& name,
+                  std::optional<std::string>& directory) {
     char path[kPathSize];
     if (BoundedText(path).append(name).truncated() ||
         findfileinpath("PATH", name.c_str(), path, static_cast<int>(kPathSize)) != kDone) {
-        return nullptr;
+        return;
     }
-    StreamHandle file = openRegularStream(path);
     const std::size_t directoryLength = std::string_view(path).rfind('/') + 1;
-    if (file != nullptr && directoryLength > 0) {
+    if (file.open(path) && directoryLength > 0) {
         directory.emplace(path, directoryLength);
         dnzxtr_text("Path is ");
         dnzxtr_text(directory->c_str());
     }
-    return file;
 }
 
 void buildLine(BoundedText& line, const NameValuePair& part) {
@@ -177,12 +174,12 @@ unsigned long IniFileSet::populate() {
     if (!oIniFileName || oIniFileName->empty()) {
         return trace.exitWith(Populated());
     }
-    StreamHandle file = openRegularStream(oIniFileName->c_str());
-    if (file == nullptr) {
-        file = openBySearch(*oIniFileName, oIniFilePath);
+    FileReader file(oIniFileName->c_str());
+    if (!file.isOpen()) {
+        openBySearch(file, *oIniFileName, oIniFilePath);
     }
-    if (file != nullptr) {
-        readEntries(file.get());
+    if (file.isOpen()) {
+        readEntries(file);
     }
     return trace.exitWith(Populated());
 }
@@ -223,15 +220,15 @@ int IniFileSet::saveIniFile(const char* path) {
     return trace.exitWith(kDone);
 }
 
-void IniFileSet::readEntries(std::FILE* file) {
+void IniFileSet::readEntries(FileReader& file) {
     char buffer[kReadSize];
-    while (std::fgets(buffer, kReadSize, file) != nullptr) {
+    while (file.readLine(buffer, sizeof buffer)) {
         const IniLine line = splitLine(buffer);
         if (!line.name.empty()) {
             push(newPartFromLine(line));
         }
     }
-    if (std::ferror(file) == 0) {
+    if (!file.failed()) {
         oPopulated = kDone;
     }
 }

@@ -12,11 +12,11 @@
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 #include <optional>
 #include <string>
 
 #include "NameValuePairSet.h"
+#include "RegularFile.h"
 
 class IniFileSet : public NameValuePairSet {
 public:
@@ -58,7 +58,7 @@ public:
     [[nodiscard]] int saveIniFile(const char* path);
 
 private:
-    void readEntries(std::FILE* file);
+    void readEntries(FileReader& file);
 
     std::optional<std::string> oIniFileName;
     std::optional<std::string> oIniFilePath;

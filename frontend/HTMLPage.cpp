@@ -1,6 +1,5 @@
 #include "HTMLPage.h"
 
-#include <cstdio>
 #include <cstring>
 
 #include "BoundedText.h"
@@ -39,10 +38,10 @@ void writeMissingPage(WebInterface& web, const char* name) {
 }
 
 // The pieces pass with their length, so that a zero byte in the file passes too.
-void copyToPage(WebInterface& web, std::FILE* file) {
+void copyToPage(WebInterface& web, FileReader& file) {
     char piece[100];
     std::size_t count = 0;
-    while ((count = std::fread(piece, 1, sizeof piece, file)) > 0) {
+    while ((count = file.read(piece, sizeof piece)) > 0) {
         web.write_text(piece, static_cast<long>(count));
     }
     web.write_text("\n", 0);
@@ -88,18 +87,18 @@ long HTMLPage::writeToStdout() {
     TraceScope trace("HTMLPage::wrtToStdout");
     WebInterface& web = *WebInterface::Instance();
     const char* name = HTMLSourceFile != nullptr ? HTMLSourceFile.get() : "";
-    StreamHandle file = openRegularStream(name);
-    if (file == nullptr) {
+    FileReader file(name);
+    if (!file.isOpen()) {
         char path[kPathSize];
         BoundedText(path).append(name);
         if (findfileinpath("PATH", name, path, static_cast<int>(kPathSize)) == kFailed) {
             writeMissingPage(web, name);
             return trace.exitWith(kFailed);
         }
-        file = openRegularStream(path);
+        file.open(path);
     }
-    if (file != nullptr) {
-        copyToPage(web, file.get());
+    if (file.isOpen()) {
+        copyToPage(web, file);
     }
     return trace.exitWith(kDone);
 }

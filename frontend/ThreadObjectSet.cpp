@@ -7,6 +7,16 @@
 #include "BoundedText.h"
 #include "ServiceCalls.h"
 
+namespace {
+
+void traceId(const char* label, int digits, long id) {
+    char text[50];
+    BoundedText(text).appendf(" %s=%*.*lx", label, digits, digits, id);
+    dnzxtr_text(text);
+}
+
+}  // namespace
+
 ThreadObjectSet* ThreadObjectSet::pGenericSet = nullptr;
 
 ThreadObjectSet* ThreadObjectSet::Instance() {
@@ -32,16 +42,13 @@ void ThreadObjectSet::remove() {
 
 long ThreadObjectSet::getThreadId() {
     const TraceScope trace("getThreadId");
-    const pthread_t thread = pthread_self();
-    const auto id = static_cast<long>(thread);
-    char text[50];
-    BoundedText(text).appendf(" PosixThreadId=%16.16lx", thread);
-    dnzxtr_text(text);
-    BoundedText(text).appendf(" ThreadId=%8.8lx", id);
-    dnzxtr_text(text);
+    const auto id = static_cast<long>(pthread_self());
     const long normalisedId = id % kSlots;
-    BoundedText(text).appendf(" Normalised ThreadId=%8.8lx", normalisedId);
-    dnzxtr_text(text);
+    if (dnzxtr_isOn()) {  // each piece of the page comes by here
+        traceId("PosixThreadId", 16, id);
+        traceId("ThreadId", 8, id);
+        traceId("Normalised ThreadId", 8, normalisedId);
+    }
     return normalisedId;
 }
 

@@ -1,6 +1,7 @@
 // dnzcnf, a CGI program (RFC 3875): the configuration tool of the gateway. It serves one request
 // and ends. Exit value: 1 when the request was accepted, 0 when it was refused.
 #include <fcntl.h>
+#include <poll.h>
 #include <unistd.h>
 
 #include <csignal>
@@ -8,6 +9,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <iterator>
 
 #include "CGIInterface.h"
 #include "ConfigInterface.h"
@@ -21,13 +23,23 @@ constexpr int kAccepted = 1;
 constexpr int kRefused = 0;
 
 // A file that is opened must not take the place of a standard stream that the server left
-// closed: the page, or a line for the log, would go into it.
+// closed: the page, or a line for the log, would go into it. An open takes the lowest number that
+// is free.
 void occupyStandardStreams() {
-    for (int descriptor = STDIN_FILENO; descriptor <= STDERR_FILENO; ++descriptor) {
-        if (fcntl(descriptor, F_GETFD) < 0 && open("/dev/null", O_RDWR) < 0) {
+    pollfd streams[] = {{STDIN_FILENO, 0, 0}, {STDOUT_FILENO, 0, 0}, {STDERR_FILENO, 0, 0}};
+    poll(streams, std::size(streams), 0);
+    for (const pollfd& stream : streams) {
+        if ((stream.revents & POLLNVAL) != 0 && open("/dev/null", O_RDWR) < 0) {
             return;
         }
     }
+}
+
+// The body is read in one piece, and the page leaves in one write, as far as a pipe takes it.
+void setBuffers() {
+    static char page[64UL * 1024];
+    std::setvbuf(stdin, nullptr, _IONBF, 0);
+    std::setvbuf(stdout, page, _IOFBF, sizeof page);
 }
 
 // A write that can't be done, to a client that went away or past a file size limit, fails like any
@@ -82,6 +94,7 @@ int serveRequest() {
 int main() {
     occupyStandardStreams();
     ignoreWriteSignals();
+    setBuffers();
     dnz_InitCommonServices("DNZ");
     TraceScope trace("NZGcnf (main)");
     int status = checkRequest();

@@ -5,7 +5,6 @@
 
 #include "BoundedText.h"
 #include "Numbers.h"
-#include "RegularFile.h"
 #include "ServiceNames.h"
 #include "TableDirectory.h"
 #include "TraceRecords.h"
@@ -20,12 +19,12 @@ constexpr char kCommentMark = '#';
 
 enum Column { kCcsid, kDbcsPage, kSbcsPage, kWidthClass, kEncodingClass, kLeadByteClass, kColumns };
 
-StreamHandle openFile(BoundedText& path, const char* directory, const char* name) {
+bool openFile(FileReader& file, BoundedText& path, const char* directory, const char* name) {
     if (directory != nullptr) {
         appendDirectory(path, directory);
     }
     path.append(name);
-    return path.truncated() ? nullptr : openRegularStream(path.view().data());
+    return !path.truncated() && file.open(path.view().data());
 }
 
 bool isSeparator(char character) {
@@ -132,32 +131,31 @@ void traceSkippedLine(int lineNumber, const char* reason) {
 
 }  // namespace
 
-StreamHandle openCcsidTable() {
+bool openCcsidTable(FileReader& file) {
     const char* directory = tableDirectory();
     char upperCasePath[kPathSize];
     BoundedText upperCase(upperCasePath);
-    StreamHandle file = openFile(upperCase, directory, kUpperCaseName);
-    if (file != nullptr) {
-        return file;
+    if (openFile(file, upperCase, directory, kUpperCaseName)) {
+        return true;
     }
     if (directory != nullptr) {
         xnztr_text("Failed to open DNZCCSID.TBL");
     }
     char lowerCasePath[kPathSize];
     BoundedText lowerCase(lowerCasePath);
-    file = openFile(lowerCase, directory, kLowerCaseName);
-    if (file == nullptr) {
-        xnztr_text("Failed to open ccsid.tbl");
-        xnztr_text("Failed to open DNZCCSID.TBL or dnzccsid.tbl ....");
-        xnztr_text(lowerCasePath);
+    if (openFile(file, lowerCase, directory, kLowerCaseName)) {
+        return true;
     }
-    return file;
+    xnztr_text("Failed to open ccsid.tbl");
+    xnztr_text("Failed to open DNZCCSID.TBL or dnzccsid.tbl ....");
+    xnztr_text(lowerCasePath);
+    return false;
 }
 
-CCSIDNode* readCcsidTable(std::FILE* file) {
+CCSIDNode* readCcsidTable(FileReader& file) {
     GrowingTree tree;
     char line[kTableLineSize];
-    for (int lineNumber = 1; std::fgets(line, sizeof line, file) != nullptr; ++lineNumber) {
+    for (int lineNumber = 1; file.readLine(line, sizeof line); ++lineNumber) {
         if (line[0] == kCommentMark) {
             continue;
         }

@@ -4,17 +4,15 @@
 // Limits: a line is read up to 255 characters; the rest of a longer one counts as the next line.
 #pragma once
 
-#include <cstdio>
-
 #include "CCSIDTable.h"
-#include "StreamHandle.h"
+#include "RegularFile.h"
 
-// Opens the table file: DNZCCSID.TBL, else ccsid.tbl, in the table directory. Null, with a
+// Opens the table file: DNZCCSID.TBL, else ccsid.tbl, in the table directory. False, with a
 // trace of what was tried, if there is neither or the path is too long.
-StreamHandle openCcsidTable();
+bool openCcsidTable(FileReader& file);
 
 // Reads the whole file into a new tree, which the caller owns; null is an empty tree. The last
 // line for a CCSID wins. A line with fewer than six columns or with a page number that doesn't
 // fit four hexadecimal digits is skipped with a trace text, one for which memory runs out
 // without. A read error ends the file.
-[[nodiscard]] CCSIDNode* readCcsidTable(std::FILE* file);
+[[nodiscard]] CCSIDNode* readCcsidTable(FileReader& file);

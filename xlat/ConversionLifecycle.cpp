@@ -14,11 +14,11 @@ std::int32_t xxxInitialize() {
         return trace.exitWith(xecX_E_SERVICE_UNAVAILABLE);
     }
     xnzCSCtrl->systemCodePage = ObtainSystemCP();
-    const StreamHandle file = openCcsidTable();
-    if (file == nullptr) {
+    FileReader file;
+    if (!openCcsidTable(file)) {
         return trace.exitWith(xecX_S_NO_CCSID_TABLE);
     }
-    CCSIDNode* root = readCcsidTable(file.get());
+    CCSIDNode* root = readCcsidTable(file);
     xxxDeleteNode(&xnzCSCtrl->ccsidTable);
     xnzCSCtrl->ccsidTable = root;
     return kServiceOk;

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "BoundedText.h"
+#include "FileDescriptor.h"
 #include "RegularFile.h"
 #include "ServiceNames.h"
 #include "TableDirectory.h"
@@ -34,29 +35,6 @@ constexpr char kNoPagesKey[] = "00000000";
 constexpr std::int32_t kNotFound = -1;
 
 using TableBytes = std::unique_ptr<unsigned char[]>;
-
-class FileDescriptor {
-public:
-    explicit FileDescriptor(int descriptor) : descriptor_(descriptor) {}
-    FileDescriptor(FileDescriptor&& other) noexcept : descriptor_(other.descriptor_) {
-        other.descriptor_ = kNone;
-    }
-    ~FileDescriptor() {
-        if (isOpen()) {
-            close(descriptor_);
-        }
-    }
-    FileDescriptor(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(const FileDescriptor&) = delete;
-    FileDescriptor& operator=(FileDescriptor&&) = delete;
-
-    [[nodiscard]] bool isOpen() const { return descriptor_ != kNone; }
-    [[nodiscard]] int number() const { return descriptor_; }
-
-private:
-    static constexpr int kNone = -1;
-    int descriptor_;
-};
 
 // What distinguishes the two kinds of tables while one is loaded.
 struct TableKind {
@@ -121,9 +99,9 @@ FileDescriptor openTable(const BoundedText& path) {
     errno = 0;
     xnztr_text(path.view().data());
     if (path.truncated()) {
-        return FileDescriptor(-1);
+        return {};
     }
-    return FileDescriptor(openRegularFile(path.view().data()));
+    return openRegularFile(path.view().data());
 }
 
 FileDescriptor openTableFile(std::string_view directory, std::string_view key,

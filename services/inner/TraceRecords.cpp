@@ -18,10 +18,6 @@
 
 namespace {
 
-bool tracing() {
-    return xnzCSCtrl != nullptr && xnzCSCtrl->traceIsOn == 1 && xnzCSCtrl->traceFile != nullptr;
-}
-
 // A trace may not change what its callers see, and errno is a channel of some of them.
 class ErrnoKeeper {
 public:
@@ -116,12 +112,16 @@ void writeDumpRecord(const unsigned char* bytes, std::size_t length) {
 
 }  // namespace
 
+bool xnztr_isOn() {
+    return xnzCSCtrl != nullptr && xnzCSCtrl->traceIsOn == 1 && xnzCSCtrl->traceFile != nullptr;
+}
+
 void xnztr_entry(const char* functionName) {
     if (xnzCSCtrl == nullptr) {
         return;
     }
     const std::int32_t indentation = pushFunction(functionName);
-    if (tracing()) {
+    if (xnztr_isOn()) {
         xnz_trchkgt(functionName, kServiceOk, indentation, 1);
     }
 }
@@ -131,19 +131,19 @@ void xnztr_exit(const char* functionName, std::int32_t returnCode) {
         return;
     }
     const std::int32_t indentation = popFunction();
-    if (tracing()) {
+    if (xnztr_isOn()) {
         xnz_trchkgt(functionName, returnCode, indentation, 0);
     }
 }
 
 void xnztr_text(const char* text) {
-    if (text != nullptr && tracing()) {
+    if (text != nullptr && xnztr_isOn()) {
         xnz_trcgent(kTextRecord, 0, text);
     }
 }
 
 void xnztr_data(const void* data, std::uint16_t length) {
-    if (!tracing()) {
+    if (!xnztr_isOn()) {
         return;
     }
     if (data == nullptr) {
@@ -180,7 +180,7 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
 
 void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t indentation,
                  std::int32_t isEntry) {
-    if (!tracing()) {
+    if (!xnztr_isOn()) {
         return;
     }
     const ErrnoKeeper keeper;
@@ -199,7 +199,7 @@ void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t
 }
 
 void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data) {
-    if (!tracing() || data == nullptr) {
+    if (!xnztr_isOn() || data == nullptr) {
         return;
     }
     const ErrnoKeeper keeper;

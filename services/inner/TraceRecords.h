@@ -12,6 +12,9 @@
 // Room for the longest text of a return code, the terminator included.
 constexpr std::size_t kReturnCodeTextSize = 63;
 
+// Whether records are written at present; for callers that would build a text in vain.
+[[nodiscard]] bool xnztr_isOn();
+
 void xnztr_entry(const char* functionName);
 void xnztr_exit(const char* functionName, std::int32_t returnCode);
 // A line of free text. A null text writes nothing.

@@ -29,6 +29,11 @@ void dnz_InitCommonServices(const char* name) {
     dnzcsaInit = 1;
 }
 
+bool dnzxtr_isOn() {
+    startServicesOnce();
+    return xnztr_isOn();
+}
+
 void dnzxtr_entry(const char* functionName) {
     startServicesOnce();
     xnztr_entry(functionName);

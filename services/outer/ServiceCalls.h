@@ -17,6 +17,9 @@ extern std::int32_t dnzcsaInit;
 // changes nothing; another name starts them again.
 void dnz_InitCommonServices(const char* name);
 
+// Whether trace records are written at present; for callers that would build a text in vain.
+[[nodiscard]] bool dnzxtr_isOn();
+
 // Trace records; see TraceScope for the pair of entry and exit.
 void dnzxtr_entry(const char* functionName);
 void dnzxtr_text(const char* text);

@@ -92,7 +92,7 @@ class Package(unittest.TestCase):
     def test_control_fields(self):
         for package in self.packages:
             self.assertEqual(self.field(package, 'Version'), VERSION)
-        self.assertRegex(self.field('dnzcnf', 'Depends'), r'^adduser, libc6 .*libstdc\+\+6')
+        self.assertEqual(self.field('dnzcnf', 'Depends'), 'adduser')  # no library: it is static
 
     def test_conffiles_are_what_administrators_edit(self):
         with open(self.control + '/conffiles', encoding='utf-8') as conffiles:

@@ -12,18 +12,48 @@ TEST(RegularFile, IsAllThatOpens) {
     std::filesystem::create_symlink("file", "link");
     ASSERT_EQ(mkfifo("pipe", 0600), 0);
     for (const char* name : {"folder", "pipe", "missing", "/dev/zero", ""}) {
-        EXPECT_EQ(openRegularStream(name), nullptr) << name;
+        EXPECT_FALSE(FileReader(name).isOpen()) << name;
     }
     for (const char* name : {"folder", "pipe", "missing/file", "/dev/null", ""}) {
         EXPECT_EQ(openEmptiedStream(name), nullptr) << name;
     }
     for (const char* name : {"file", "link"}) {
-        const StreamHandle stream = openRegularStream(name);
-        ASSERT_NE(stream, nullptr) << name;
-        EXPECT_EQ(std::fgetc(stream.get()), 'x');
+        char byte = 0;
+        EXPECT_EQ(FileReader(name).read(&byte, 1), 1U) << name;
+        EXPECT_EQ(byte, 'x');
     }
     for (const char* name : {"link", "new"}) {
         EXPECT_NE(openEmptiedStream(name), nullptr) << name;
     }
     EXPECT_EQ(contentsOf("file") + contentsOf("new"), "");
+}
+
+// Lines and pieces of all lengths, on both sides of the reader's own buffer and of the caller's.
+TEST(FileReader, ReadsAsAStreamDoes) {
+    const TemporaryDirectory directory;
+    std::string text;
+    for (std::size_t length = 0; length < 300; ++length) {
+        text.append(length, static_cast<char>('a' + length % 26)).append("\n");
+    }
+    for (const std::string& contents :
+         {text, text + "no line feed", std::string(), std::string("\n"), std::string("a\0b\n", 4),
+          std::string(4096, 'x')}) {
+        writeFile("file", contents);
+        const StreamHandle stream(std::fopen("file", "r"));
+        FileReader lines("file");
+        char expected[256];
+        char line[256];
+        while (std::fgets(expected, sizeof expected, stream.get()) != nullptr) {
+            ASSERT_TRUE(lines.readLine(line, sizeof line));
+            ASSERT_STREQ(line, expected);
+        }
+        EXPECT_FALSE(lines.readLine(line, sizeof line));
+        FileReader pieces("file");
+        std::string pieced;
+        for (std::size_t count = 0; (count = pieces.read(line, 100)) > 0;) {
+            pieced.append(line, count);
+        }
+        EXPECT_EQ(pieced, contents);
+        EXPECT_FALSE(pieces.failed());
+    }
 }

@@ -1,0 +1,30 @@
+# How the program is built as it is shipped: hardened, and linked statically, because loading the
+# shared libraries takes longer than all that a request does.
+
+if(DNZCNF_SANITIZE AND DNZCNF_STATIC)
+  message(FATAL_ERROR "The sanitizers need shared libraries: DNZCNF_SANITIZE excludes DNZCNF_STATIC.")
+endif()
+
+# The library of the services is made of the same objects.
+if(DNZCNF_STATIC)
+  add_compile_options(-fPIE -fstack-protector-strong -D_FORTIFY_SOURCE=3
+                      -ffunction-sections -fdata-sections)
+endif()
+
+# A static program holds only those locale categories that something in it names, and setlocale
+# answers wrongly about the others: these names bring all of them in.
+set(locale_categories CTYPE NUMERIC TIME COLLATE MONETARY MESSAGES PAPER NAME ADDRESS TELEPHONE
+  MEASUREMENT IDENTIFICATION)
+
+function(link_as_shipped program)
+  if(NOT DNZCNF_STATIC)
+    return()
+  endif()
+  list(TRANSFORM locale_categories REPLACE "(.+)" "LINKER:-u,_nl_current_LC_\\1_used"
+    OUTPUT_VARIABLE locales)
+  target_link_options(${program} PRIVATE
+    -static-pie
+    LINKER:-z,relro,-z,now,-z,noexecstack
+    LINKER:--gc-sections
+    ${locales})
+endfunction()
