@@ -121,16 +121,19 @@ class Containment(BrowserTest):
         self.wait(expected_conditions.alert_is_present(), 20).accept()
 
     def test_markup_that_closes_the_form(self):
-        closed = '</form></table></main>'
-        self.put_markup(f'G x #{closed}\n')
-        self.press('dnz.ini')
-        self.fill('v1', 'GATE.NEW')
-        self.press('Save')
-        self.assertEqual(self.saved('dnz.ini'), f'G x #{closed}\n'.encode()
-                         + FILE.replace(b'GATE.IN', b'GATE.NEW'))
+        # The second one breaks out of its field; what it leaves of itself is saved.
+        closed = 'G x #</form></table></main>\n'
+        for markup, kept in (closed, closed), ('G x #"></form>\n', 'G x # \n'):
+            self.browser.get(self.entry_page)
+            self.put_markup(markup)
+            self.press('dnz.ini')
+            self.fill('v1', 'GATE.NEW')
+            self.press('Save')
+            self.assertEqual(self.saved('dnz.ini'),
+                             kept.encode() + FILE.replace(b'GATE.IN', b'GATE.NEW'))
 
-        # Broken out of its field it opens a form of its own, which has the button: it leads nowhere.
-        self.put_markup('A x #"></form><form method=post action=%s/stolen>\n')
+        # This one closes the table and opens a form of its own, which has the button: it leads nowhere.
+        self.put_markup('A x #"></table></form><form method=post action=%s/stolen>\n')
         contents = self.saved('dnz.ini')
         self.browser.get(self.entry_page)
         self.press('dnz.ini')
@@ -156,13 +159,20 @@ class Containment(BrowserTest):
                 self.assertEqual(self.browser.current_url, self.program)
                 self.assertIn('403', self.page_text())
                 self.assertEqual(self.saved('dnz.ini'), FILE)
+        # From the server's own origin the same post is served.
+        own = urllib.request.Request(self.program, urllib.parse.urlencode(fields).encode(),
+                                     {'Origin': self.program.partition('/cgi-bin')[0]})
+        urllib.request.urlopen(own).close()
+        self.assertIn(b'Planted', self.saved('dnz.ini'))
 
     def test_page_of_another_origin_frames_nothing(self):
-        self.elsewhere.pages['/frame'] = f'<iframe src="{self.entry_page}"></iframe>'.encode()
-        self.browser.get(self.elsewhere.address + '/frame')
-        self.browser.switch_to.frame(0)
-        self.addCleanup(self.browser.switch_to.default_content)
-        self.assertEqual(self.browser.find_elements(By.TAG_NAME, 'form'), [])
+        self.elsewhere.pages['/form'] = b'<form></form>'
+        for framed, forms in (self.entry_page, 0), (self.elsewhere.address + '/form', 1):
+            self.elsewhere.pages['/frame'] = f'<iframe src="{framed}"></iframe>'.encode()
+            self.browser.get(self.elsewhere.address + '/frame')
+            self.browser.switch_to.frame(0)
+            self.addCleanup(self.browser.switch_to.default_content)
+            self.assertEqual(len(self.browser.find_elements(By.TAG_NAME, 'form')), forms)
 
 
 if __name__ == '__main__':
