@@ -1,0 +1,33 @@
+// The file search, with any LANG and PATH.
+#include "FileSearch.h"
+
+#include "../tests/support/TemporaryDirectory.h"
+#include "Input.h"
+#include "RegularFile.h"
+#include "Results.h"
+
+// A byte for the size of the result, then lines: LANG, PATH, the file's name.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const TemporaryDirectory directory;
+    static const bool isPrepared = std::filesystem::create_directories("a/b/en_US") &&
+                                   (writeFile("a/f", "x"), writeFile("a/b/en_US/f", "x"), true);
+    require(isPrepared, "there are files to find");
+
+    Input input(data, size);
+    const int resultSize = 1 + input.byte();
+    const std::string language(input.textTo("\n"));
+    const std::string path(input.textTo("\n"));
+    const std::string name(input.textTo("\n"));
+    setenv("LANG", language.c_str(), 1);
+    setenv("PATH", path.c_str(), 1);
+
+    std::string result(static_cast<std::size_t>(resultSize), 'x');
+    result.back() = '\0';
+    const int code = findfileinpath("PATH", name.c_str(), result.data(), resultSize);
+    const std::size_t end = result.find('\0');
+    require(end != std::string::npos, "the path found is terminated");
+    result.resize(end);
+    require(code == kFailed || FileReader(result.c_str()).isOpen(), "what is found can be read");
+    require(std::string(getenv("PATH")).starts_with(path.c_str()), "PATH grows at its end");
+    return 0;
+}

@@ -1,0 +1,68 @@
+// A whole request: a form and an ini file in, a page and a file out.
+#include <sys/mman.h>
+
+#include "../tests/support/TemporaryDirectory.h"
+#include "CGIInterface.h"
+#include "ConfigInterface.h"
+#include "IniFileSet.h"
+#include "Input.h"
+
+namespace {
+
+// The program may name any file that the user may write. A fuzz run stays in its own folder.
+bool leavesTheFolder(std::string_view form) {
+    return form.find('/') != form.npos || form.find("%2f") != form.npos ||
+           form.find("%2F") != form.npos;
+}
+
+void serve(const std::string& form) {
+    writeFile("form", form);
+    require(std::freopen("form", "r", stdin) != nullptr, "the form can be read");
+    setVariable("CONTENT_LENGTH", std::to_string(form.size()).c_str());
+    ConfigInterface controller;
+    CGIInterface transport;
+    if (controller.Initialize(transport.getInputBuffer()) != 0) {
+        controller.ConfigUI();
+    }
+    require(std::fflush(stdout) == 0 && std::ftell(stdout) > 0, "every request has an answer");
+}
+
+std::string savedAgain(const char* from, const char* to) {
+    IniFileSet entries;
+    entries.setIniFileName(from);
+    require(entries.saveIniFile(to) == 1, "what was read can be saved");
+    return contentsOf(to);
+}
+
+}  // namespace
+
+// The ini file, a line of two dashes, the form.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const TemporaryDirectory directory;
+    Input input(data, size);
+    const std::string file(input.textTo("\n--\n"));
+    const std::string form(input.rest());
+    if (leavesTheFolder(form)) {
+        return 0;
+    }
+    for (const auto& entry : std::filesystem::directory_iterator(".")) {
+        std::filesystem::remove(entry.path());
+    }
+    setVariable("PATH", "");
+    writeFile("dnz.ini", file);
+    writeFile("bystander.ini", file);
+    writeFile("dnzcnf2.htm", "<form>\n");
+    writeFile("dnzcnf3.htm", "</form>\n");
+    require(std::freopen("page", "w", stdout) != nullptr, "the page can be written");
+
+    serve(form);
+    if (form.find("bystander") == form.npos && form.find('%') == form.npos) {
+        require(contentsOf("bystander.ini") == file, "no other file is touched");
+    }
+    if (contentsOf("dnz.ini") != file) {
+        const std::string once = savedAgain("dnz.ini", "once.ini");
+        require(once == contentsOf("dnz.ini"), "what was saved reads back as it is");
+        require(savedAgain("once.ini", "twice.ini") == once, "a second save changes nothing");
+    }
+    return 0;
+}
