@@ -1,6 +1,7 @@
 // Linked into the program in place of the calls that it wraps: FAULT=name:n makes the n-th call of
-// that name fail, as a full disk, a lack of memory or a broken device would. Standard error gets a
-// line when that call came.
+// that name fail, as a full disk, a lack of memory or a broken device would. strdup counts as
+// malloc, fdopen as fopen, every operator new as new. Standard error gets a line when that call
+// came.
 #include <fcntl.h>
 #include <nl_types.h>
 #include <sys/stat.h>
@@ -88,6 +89,21 @@ std::size_t __wrap_fread(void* target, std::size_t size, std::size_t count, std:
 std::size_t __wrap_fwrite(const void* source, std::size_t size, std::size_t count,
                           std::FILE* file) {
     return fails("fwrite", ENOSPC) ? 0 : __real_fwrite(source, size, count, file);
+}
+int __wrap_fprintf(std::FILE* file, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const int result = fails("fprintf", ENOSPC) ? -1 : std::vfprintf(file, format, arguments);
+    va_end(arguments);
+    return result;
+}
+// What a call of fprintf becomes where the C library checks the format.
+int __wrap___fprintf_chk(std::FILE* file, int /*check*/, const char* format, ...) {
+    std::va_list arguments;
+    va_start(arguments, format);
+    const int result = fails("fprintf", ENOSPC) ? -1 : std::vfprintf(file, format, arguments);
+    va_end(arguments);
+    return result;
 }
 int __wrap_fclose(std::FILE* file) {
     const int result = __real_fclose(file);
