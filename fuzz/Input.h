@@ -19,12 +19,13 @@ public:
         const std::string_view one = text(1);
         return one.empty() ? 0 : static_cast<unsigned char>(one.front());
     }
-    std::int32_t number() {
+    // A number of so many bytes, the highest first.
+    std::uint32_t number(int bytes) {
         std::uint32_t bits = 0;
-        for (int i = 0; i < 4; ++i) {
+        for (int i = 0; i < bytes; ++i) {
             bits = bits << 8U | byte();
         }
-        return static_cast<std::int32_t>(bits);
+        return bits;
     }
     std::string_view text(std::size_t size) {
         const std::string_view taken = bytes_.substr(0, size);

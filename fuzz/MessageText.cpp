@@ -20,7 +20,7 @@ Buffers retrieve(std::int32_t number, std::int32_t control, const xcsINSERTS& in
     Buffers result{
         0, {std::string(sizes[0], 'x'), std::string(sizes[1], 'x'), std::string(sizes[2], 'x')}};
     auto& [first, second, third] = result.sections;
-    result.code = xnzGetMessage(number, control, inserts, 850, first.data(), sizes[0],
+    result.code = xnzGetMessage(number, control, inserts, kInsertCcsid, first.data(), sizes[0],
                                 second.data(), sizes[1], third.data(), sizes[2]);
     for (std::string& section : result.sections) {
         require(section.empty() || result.code == xecE_E_INVALID_CONTROL ||
@@ -49,11 +49,11 @@ char* catgets(nl_catd /*catalogue*/, int /*set*/, int /*number*/, const char* te
 // texts to insert, each ended by a zero byte, and the catalogue's text.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Input input(data, size);
-    const std::int32_t number = input.number();
+    const auto number = static_cast<std::int32_t>(input.number(4));
     const std::int32_t control = input.byte() % 16;
     std::uint32_t sizes[3];
     for (std::uint32_t& bufferSize : sizes) {
-        bufferSize = (256U * input.byte() + input.byte()) % 3000;
+        bufferSize = input.number(2) % 3000;
     }
     std::string texts[3];
     for (std::string& text : texts) {
