@@ -8,6 +8,8 @@
 #include "ServiceCalls.h"
 #include "SystemInformation.h"
 
+constexpr std::int32_t kMessageWithInsert = 0x40001013;
+
 int main() {
     dnz_InitCommonServices("DNZ");
     std::printf("code page %d\n", ObtainSystemCP());
@@ -30,7 +32,7 @@ int main() {
     static_cast<void>(std::strftime(text, sizeof text, "%c|%x|%X|%p|%A %B", &day));
     std::printf("day %s\n", text);
 
-    std::puts(MessageText(0x40001013, "two words").text());
+    std::puts(MessageText(kMessageWithInsert, "two words").text());
     std::printf("locale %s\n", std::setlocale(LC_ALL, nullptr));
     std::printf("point %s grouping %s currency %s\n", std::localeconv()->decimal_point,
                 std::localeconv()->thousands_sep, std::localeconv()->currency_symbol);

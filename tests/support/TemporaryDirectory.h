@@ -1,4 +1,5 @@
-// A fresh working directory for one test, removed at its end.
+// A fresh working directory for one test, removed at its end, with what the tests do to files in it
+// and to the environment.
 #pragma once
 
 #include <stdlib.h>
