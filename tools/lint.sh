@@ -24,7 +24,7 @@ if grep -rnE --include='*.cpp' --include='*.h' '#include "\.\./' $product; then
     failed=1
 fi
 # shellcheck disable=SC2086
-find $product tests fuzz examples \( -name '*.cpp' -o -name '*.h' \) \
+find $product tests fuzz examples bench tools \( -name '*.cpp' -o -name '*.h' -o -name '*.c' \) \
     -exec clang-format --dry-run -Werror {} + || failed=1
 shellcheck run test tools/*.sh install/cgi-bin/dnzcnf install/debian/post* || failed=1
 
