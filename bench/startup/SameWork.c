@@ -19,7 +19,11 @@ static void readFile(const char* name) {
         exit(EXIT_FAILURE);
     }
     for (off_t left = status.st_size; left > 0;) {
-        left -= read(file, buffer, sizeof buffer);
+        const ssize_t taken = read(file, buffer, sizeof buffer);
+        if (taken <= 0) {
+            exit(EXIT_FAILURE);
+        }
+        left -= taken;
     }
     close(file);
 }
@@ -33,6 +37,9 @@ static char mapCatalogue(const char* name) {
     const size_t size = (size_t)status.st_size;
     char* bytes = mmap(NULL, size, PROT_READ, MAP_PRIVATE, file, 0);
     close(file);
+    if (bytes == MAP_FAILED) {
+        exit(EXIT_FAILURE);
+    }
     const char last = bytes[size - 1];
     munmap(bytes, size);
     return last;
@@ -42,7 +49,7 @@ int main(void) {
     static char page[LARGEST_PAGE];
     static const char header[] = "Content-type: text/html\n\n";
     const size_t size = (size_t)atol(getenv("PAGE_SIZE"));
-    if (read(STDIN_FILENO, page, sizeof page) <= 0) {
+    if (size < sizeof header || size > sizeof page || read(STDIN_FILENO, page, sizeof page) <= 0) {
         return EXIT_FAILURE;
     }
     readFile("dnz.ini");

@@ -18,7 +18,7 @@ Save as file</FONT></STRONG>"""
 
 
 def entries(name):
-    """Name, value and description of each entry, by name. Without a value it is None."""
+    """Name, value and description of each entry, by name."""
     found = {}
     with open(name, encoding='utf-8') as file:
         for line in file:
