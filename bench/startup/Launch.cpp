@@ -2,8 +2,9 @@
 // to wait (POSIX).
 //     launch ROUNDS BODY PROGRAM...
 // BODY is the file on their standard input; what they write to a pipe is read and dropped. For each
-// program it prints the median of its times in microseconds, the median of their ratios to each of
-// the first three programs' times of the same round, the page faults and the largest memory in KiB.
+// program it prints a line: the median of its times in microseconds, the page faults and the
+// largest memory in KiB of the last round, and for each program, itself too, the median of the
+// ratios of their times in the same round.
 #include <fcntl.h>
 #include <spawn.h>
 #include <sys/resource.h>
@@ -14,6 +15,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <numeric>
 #include <random>
 #include <vector>
@@ -69,35 +71,58 @@ double median(std::vector<double> values) {
     return *middle;
 }
 
-}  // namespace
+struct Program {
+    char* path;
+    std::vector<double> times;  // one for each round
+    rusage usage;               // that of the last round
+};
 
-int main(int count, char** arguments) {
-    constexpr int kFirstProgram = 3;
-    constexpr std::size_t kFloors = 3;
-    const std::size_t rounds = std::strtoul(arguments[1], nullptr, 10);
-    const std::vector<char*> programs(arguments + kFirstProgram, arguments + count);
-    std::vector<std::vector<double>> times(programs.size(), std::vector<double>(rounds));
-    std::vector<rusage> usages(programs.size());
+void measure(std::vector<Program>& programs, const char* body, std::size_t rounds) {
     std::vector<std::size_t> order(programs.size());
     std::iota(order.begin(), order.end(), std::size_t{0});
     std::mt19937 random(1);
     for (std::size_t round = 0; round < rounds; ++round) {
         std::shuffle(order.begin(), order.end(), random);
         for (const std::size_t number : order) {
-            const Start result = start(programs[number], arguments[2]);
-            times[number][round] = result.microseconds;
-            usages[number] = result.usage;
+            const Start result = start(programs[number].path, body);
+            programs[number].times.push_back(result.microseconds);
+            programs[number].usage = result.usage;
         }
     }
-    for (std::size_t number = 0; number < programs.size(); ++number) {
-        std::printf("%.1f", median(times[number]));
-        for (std::size_t floor = 0; floor < std::min(kFloors, programs.size()); ++floor) {
-            std::vector<double> ratios(rounds);
-            std::transform(times[number].begin(), times[number].end(), times[floor].begin(),
-                           ratios.begin(), std::divides<>());
-            std::printf(" %.3f", median(ratios));
+}
+
+double medianRatio(const Program& program, const Program& other) {
+    std::vector<double> ratios(program.times.size());
+    std::transform(program.times.begin(), program.times.end(), other.times.begin(), ratios.begin(),
+                   std::divides<>());
+    return median(ratios);
+}
+
+void printFigures(const std::vector<Program>& programs) {
+    for (const Program& program : programs) {
+        std::printf("%.1f %ld %ld", median(program.times), program.usage.ru_minflt,
+                    program.usage.ru_maxrss);
+        for (const Program& other : programs) {
+            std::printf(" %.3f", medianRatio(program, other));
         }
-        std::printf(" %ld %ld\n", usages[number].ru_minflt, usages[number].ru_maxrss);
+        std::printf("\n");
     }
-    return 0;
+}
+
+}  // namespace
+
+int main(int count, char** arguments) {
+    constexpr int kFirstProgram = 3;
+    const std::size_t rounds = count > 1 ? std::strtoul(arguments[1], nullptr, 10) : 0;
+    if (count <= kFirstProgram || rounds == 0) {
+        std::fputs("Usage: launch ROUNDS BODY PROGRAM...\n", stderr);
+        return EXIT_FAILURE;
+    }
+    std::vector<Program> programs;
+    for (int i = kFirstProgram; i < count; ++i) {
+        programs.push_back({arguments[i], {}, {}});
+    }
+    measure(programs, arguments[2], rounds);
+    printFigures(programs);
+    return EXIT_SUCCESS;
 }
