@@ -8,6 +8,7 @@
 
 namespace {
 
+constexpr std::uint32_t kSizeLimit = 3000;
 std::string catalogueText;
 
 struct Buffers {
@@ -51,15 +52,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     const auto number = static_cast<std::int32_t>(input.number(4));
     const std::int32_t control = input.byte() % 16;
-    std::uint32_t sizes[3];
-    for (std::uint32_t& bufferSize : sizes) {
-        bufferSize = input.number(2) % 3000;
-    }
-    std::string texts[3];
-    for (std::string& text : texts) {
-        text = input.textTo(std::string_view("", 1));
-    }
-    catalogueText = input.textTo(std::string_view("", 1));
+    const auto nextSize = [&input] { return input.number(2) % kSizeLimit; };
+    const auto nextText = [&input] { return std::string(input.textTo({"", 1})); };
+    const std::uint32_t sizes[] = {nextSize(), nextSize(), nextSize()};
+    const std::string texts[] = {nextText(), nextText(), nextText()};
+    catalogueText = nextText();
     xcsINSERTS inserts;
     inserts.number1 = number;
     inserts.text1 = texts[0].c_str();
@@ -75,9 +72,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string& after = folded.sections[0];
     require(before.size() == after.size(), "folding keeps the length");
     for (std::size_t i = 0; i < after.size(); ++i) {
-        if (after[i] != before[i]) {
-            require(before[i] == ' ' && after[i] == '\n', "folding breaks at blanks alone");
-        }
+        require(after[i] == before[i] || (before[i] == ' ' && after[i] == '\n'),
+                "folding breaks at blanks alone");
     }
     return 0;
 }

@@ -42,7 +42,7 @@ NOT_SAVED = (b'Nothing was saved', b'not a complete form', b'Velmora was unable 
 
 
 class Folder(tempfile.TemporaryDirectory):
-    """A working directory with the files of an installation, looked at before and after."""
+    """A working directory with the files of an installation."""
 
     def __init__(self, place=None):
         super().__init__(prefix='dnzcnf-faults-', dir=place)
@@ -57,10 +57,6 @@ class Folder(tempfile.TemporaryDirectory):
 
     def __enter__(self):
         return self
-
-    def now(self):
-        return {path.name: path.read_bytes() for path in self.path.iterdir()
-                if path != self.reports}
 
     def start(self, form, *, program=(PROGRAM,), variables=(), stdout=subprocess.PIPE):
         body = urllib.parse.urlencode(form).encode()
@@ -96,7 +92,8 @@ class Faults(unittest.TestCase):
     def check_files(self, folder, saved=None, *contents):
         """The file that is saved holds one of the contents, or the front of the last one; no other
         file has changed."""
-        now = folder.now()
+        now = {path.name: path.read_bytes() for path in folder.path.iterdir()
+               if path != folder.reports}
         value = now.pop(saved, None)
         self.assertEqual(now, {name: old for name, old in folder.files.items() if name != saved})
         if saved:
