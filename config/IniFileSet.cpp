@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstring>
 #include <string_view>
 
 #include "BoundedText.h"
@@ -10,6 +11,7 @@
 #include "Results.h"
 #include "ServiceCalls.h"
 #include "Sizes.h"
+#include "TextView.h"
 
 namespace {
 
@@ -32,8 +34,8 @@ std::string_view firstWord(std::string_view text) {
     return text.substr(0, text.find(kBlank));
 }
 
-IniLine splitLine(std::string_view line) {
-    line = withoutLeadingBlanks(line.substr(0, line.find_first_of("\r\n")));
+IniLine splitLine(const char* text) {
+    const std::string_view line = withoutLeadingBlanks({text, std::strcspn(text, "\r\n")});
     const std::string_view name = firstWord(line);
     return {name, withoutLeadingBlanks(line.substr(name.size()))};
 }
@@ -49,8 +51,8 @@ std::string storedText(std::string_view rest) {
 
 // The text that an entry of the form stores; empty when there is neither value nor description.
 std::string composedText(const char* value, const char* desc) {
-    const std::string_view valueText = value != nullptr ? value : "";
-    const std::string_view descText = desc != nullptr ? desc : "";
+    const std::string_view valueText = viewOf(value);
+    const std::string_view descText = viewOf(desc);
     std::string text;
     if (valueText.empty() && descText.empty()) {
         return text;

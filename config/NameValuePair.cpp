@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "ServiceCalls.h"
+#include "TextView.h"
 
 namespace {
 
@@ -127,7 +128,7 @@ int NameValuePair::compare(const NameValuePair* other) const {
 int NameValuePair::compare(const char* name) const {
     const TraceScope trace("NameValuePair::compare(char*)");
     const std::string_view mine = nameArray(*this);
-    const std::string_view theirs = name != nullptr ? name : "";
+    const std::string_view theirs = viewOf(name);
     return std::strncmp(mine.data(), theirs.data(), std::max(mine.size(), theirs.size()));
 }
 

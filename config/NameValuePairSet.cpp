@@ -15,8 +15,17 @@ constexpr std::uint32_t kFirstIndexSize = 256;
 constexpr std::uint32_t kHalfLife = 2;
 constexpr std::size_t kSlotSize = sizeof(void*);  // a slot is a pointer
 
-std::unique_ptr<NameValuePair* []> newIndex(std::uint32_t size) {
-    return std::make_unique_for_overwrite<NameValuePair*[]>(size);
+using Index = std::unique_ptr<NameValuePair*[]>;
+
+// An index of `size` slots that begins with the first `count` pairs of `pairs`.
+Index newIndex(std::uint32_t size, const Index& pairs, std::uint32_t count) {
+    auto index = std::make_unique_for_overwrite<NameValuePair*[]>(size);
+    std::copy_n(pairs.get(), count, index.get());
+    return index;
+}
+
+Index copyOfIndex(std::uint32_t size, const Index& pairs, std::uint32_t count) {
+    return pairs != nullptr ? newIndex(size, pairs, count) : nullptr;
 }
 
 bool standsBefore(const NameValuePair* left, const NameValuePair* right) {
@@ -36,25 +45,18 @@ int altCompare(const void* key, const void* slot) {
 }
 
 NameValuePairSet::NameValuePairSet()
-    : oIndexOfPairs(newIndex(kFirstIndexSize)),
-      NumberInSet(0),
-      MaxNumberInSet(kFirstIndexSize),
-      HalfLife(kHalfLife),
-      oCurrentIndex(0) {}
+    : NumberInSet(0), MaxNumberInSet(kFirstIndexSize), HalfLife(kHalfLife), oCurrentIndex(0) {}
 
 NameValuePairSet::NameValuePairSet(const NameValuePairSet& other)
-    : oIndexOfPairs(newIndex(other.MaxNumberInSet)),
+    : oIndexOfPairs(copyOfIndex(other.MaxNumberInSet, other.oIndexOfPairs, other.NumberInSet)),
       NumberInSet(other.NumberInSet),
       MaxNumberInSet(other.MaxNumberInSet),
       HalfLife(other.HalfLife),
-      oCurrentIndex(other.oCurrentIndex) {
-    std::copy_n(other.oIndexOfPairs.get(), NumberInSet, oIndexOfPairs.get());
-}
+      oCurrentIndex(other.oCurrentIndex) {}
 
 NameValuePairSet& NameValuePairSet::operator=(const NameValuePairSet& other) {
     if (this != &other) {
-        oIndexOfPairs = newIndex(other.MaxNumberInSet);
-        std::copy_n(other.oIndexOfPairs.get(), other.NumberInSet, oIndexOfPairs.get());
+        oIndexOfPairs = copyOfIndex(other.MaxNumberInSet, other.oIndexOfPairs, other.NumberInSet);
         NumberInSet = other.NumberInSet;
         MaxNumberInSet = other.MaxNumberInSet;
         HalfLife = other.HalfLife;
@@ -72,8 +74,8 @@ int NameValuePairSet::operator!=(const NameValuePairSet& /*other*/) const {
 }
 
 unsigned long NameValuePairSet::push(NameValuePair* pair) {
-    if (NumberInSet == MaxNumberInSet) {
-        enlargeIndex();
+    if (oIndexOfPairs == nullptr || NumberInSet == MaxNumberInSet) {
+        makeRoom();
     }
     // The slots in use are sorted, so opening a gap at the right place sorts them again.
     NameValuePair** end = oIndexOfPairs.get() + NumberInSet;
@@ -99,6 +101,9 @@ unsigned long NameValuePairSet::pull(NameValuePair* pair) {
 }
 
 NameValuePair* NameValuePairSet::find(const char* name) {
+    if (NumberInSet == 0) {
+        return nullptr;
+    }
     const NameValuePair key(name, std::strlen(name), nullptr, 0);
     const void* slot = std::bsearch(&key, oIndexOfPairs.get(), NumberInSet, kSlotSize, altCompare);
     return slot != nullptr ? *static_cast<NameValuePair* const*>(slot) : nullptr;
@@ -137,10 +142,10 @@ void NameValuePairSet::sortIndex() {
     std::qsort(oIndexOfPairs.get(), NumberInSet, kSlotSize, compare);
 }
 
-void NameValuePairSet::enlargeIndex() {
-    const std::uint32_t size = MaxNumberInSet + kFirstIndexSize;
-    auto larger = newIndex(size);
-    std::copy_n(oIndexOfPairs.get(), NumberInSet, larger.get());
-    oIndexOfPairs = std::move(larger);
-    MaxNumberInSet = size;
+// Makes the first index, or one with more slots.
+void NameValuePairSet::makeRoom() {
+    if (oIndexOfPairs != nullptr) {
+        MaxNumberInSet += kFirstIndexSize;
+    }
+    oIndexOfPairs = newIndex(MaxNumberInSet, oIndexOfPairs, NumberInSet);
 }

@@ -1,6 +1,6 @@
 // The one collection of the configuration tool: pairs sorted by name at all times, found by
 // binary search and walked in name order, never in the order of their arrival.
-// Results: 1 done, 0 failed; null for no such pair.
+// Results: 1 done, 0 failed; null for no such pair. No argument is null.
 // Ownership: a set owns its index, not its pairs. Pairs are made with `new` and live until the
 // process ends; a copy of a set shares them.
 // Limits: the index grows in steps of its first size, 256. There is one cursor for each set, so a
@@ -24,7 +24,7 @@ public:
     int operator==(const NameValuePairSet& other) const;
     int operator!=(const NameValuePairSet& other) const;
 
-    // Adds `pair`, which isn't null. Pairs of equal name stand next to each other, in no
+    // Adds `pair`. Pairs of equal name stand next to each other, in no
     // particular order; a caller that wants a name only once asks `find` first. Always 1.
     unsigned long push(NameValuePair* pair);
     // Takes out this very pair, found by its address: 1, or 0 when it isn't in the set.
@@ -42,9 +42,10 @@ public:
 
 private:
     void sortIndex();
-    void enlargeIndex();
+    void makeRoom();
 
-    // Slots for MaxNumberInSet pairs; the first NumberInSet are in use.
+    // Slots for MaxNumberInSet pairs; the first NumberInSet are in use. Null in a set that never
+    // held a pair: most sets of a request stay empty.
     std::unique_ptr<NameValuePair*[]> oIndexOfPairs;
     std::uint32_t NumberInSet;
     std::uint32_t MaxNumberInSet;

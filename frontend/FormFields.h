@@ -2,7 +2,8 @@
 // a row in decimal, from 0. A field with an empty value is one with no value.
 #pragma once
 
-#include "BoundedText.h"
+#include <charconv>
+#include <cstddef>
 
 // From the entry page: its presence asks for an open, and the name of the file to open.
 constexpr char kOpenField[] = "dnzcnf";
@@ -31,9 +32,14 @@ constexpr char kExcludeKind = 'e';
 // The name of a row's field: the kind and the index.
 class FieldName {
 public:
-    FieldName(char kind, int row) { BoundedText(name_).appendf("%c%d", kind, row); }
+    FieldName(char kind, int row) {
+        name_[0] = kind;
+        *std::to_chars(name_ + 1, name_ + kSize - 1, row).ptr = '\0';
+    }
     [[nodiscard]] const char* text() const { return name_; }
 
 private:
-    char name_[16];
+    static constexpr std::size_t kSize = 16;  // more than any int needs
+
+    char name_[kSize];
 };

@@ -3,24 +3,6 @@
 #include <algorithm>
 #include <cstdarg>
 #include <cstdio>
-#include <cstring>
-
-BoundedText::BoundedText(char* buffer, std::size_t size) : buffer_(buffer), size_(size) {
-    if (size_ > 0) {
-        buffer_[0] = '\0';
-    }
-}
-
-BoundedText& BoundedText::append(std::string_view text) {
-    const std::size_t count = std::min(room(), text.size());
-    if (count > 0) {
-        std::memcpy(buffer_ + length_, text.data(), count);
-        length_ += count;
-        buffer_[length_] = '\0';
-    }
-    truncated_ = truncated_ || count < text.size();
-    return *this;
-}
 
 BoundedText& BoundedText::appendf(const char* format, ...) {
     std::va_list arguments;
@@ -38,8 +20,4 @@ void BoundedText::shorten(std::size_t length) {
         length_ = length;
         buffer_[length_] = '\0';
     }
-}
-
-std::size_t BoundedText::room() const {
-    return size_ > 0 ? size_ - 1 - length_ : 0;
 }
