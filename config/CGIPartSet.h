@@ -19,7 +19,7 @@ public:
 
     // Splits `length` bytes of form text and adds a part for each field. The first `=` divides
     // name and value; a field without one has no value, and an empty field yields no part. The
-    // buffer needs no terminator and isn't kept. Always 1.
+    // buffer needs no terminator, isn't kept, and may be null with length 0. Always 1.
     long Initialize(const char* buffer, unsigned long length);
 
     // The field of this decoded name, or null. Its value goes to the trace.

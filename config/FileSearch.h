@@ -1,5 +1,6 @@
 // The search for a file that is named without its directory, an ini file or a page template.
 // National-language pages are chosen by it: the last directory searched is that of the language.
+// No argument is null.
 #pragma once
 
 // Extends PATH by the product's directories and that of the language in LANG, then tries each

@@ -31,7 +31,8 @@ public:
 
     // Orderings by name alone, on unsigned bytes: negative, 0 or positive as this name stands
     // before, with or behind the other. A null name stands before every other one. Sets order by
-    // the pointer form, which takes the whole arrays; the other two take the names as strings.
+    // the pointer form, which takes the whole arrays and no null pointer; the other two take the
+    // names as strings.
     virtual int compare(const NameValuePair& other) const;
     virtual int compare(const NameValuePair* other) const;
     virtual int compare(const char* name) const;

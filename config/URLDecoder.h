@@ -1,7 +1,8 @@
 // URL encoding as form posts use it: `+` for a blank, `%` with two hexadecimal digits for any
 // other byte. URLDecoder undoes it, url_encode does it.
 // Texts are byte strings with a terminator. Decoding never lengthens a text, so an output needs
-// the room of its input, and both may be the same array. Nothing here fails on malformed text.
+// the room of its input, and both may be the same array. Nothing here fails on malformed text. No
+// argument is null, but for url_encode.
 #pragma once
 
 using NZBYTE = unsigned char;

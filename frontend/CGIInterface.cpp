@@ -5,13 +5,13 @@
 #include <cstring>
 
 #include "BoundedText.h"
+#include "CTextHandle.h"
 #include "Cache.h"
 #include "ConfigurationSet.h"
 #include "ContextName.h"
 #include "Numbers.h"
 #include "Results.h"
 #include "ServiceCalls.h"
-#include "StreamHandle.h"
 #include "URLDecoder.h"
 
 namespace {

@@ -25,6 +25,8 @@ private:
     WebInterface& web_ = *WebInterface::Instance();
 };
 
+// Here and in the next one the names of the fields are part of the pieces: a piece of its own for
+// each would show in the trace.
 void writeNewEntryTable(Page& page) {
     page.write("</TABLE>\n<P>");
     page.writeMessage(kNewEntryText);

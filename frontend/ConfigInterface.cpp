@@ -30,6 +30,7 @@ bool isCount(std::string_view text) {
     return start != text.npos && text[start] >= '0' && text[start] <= '9';
 }
 
+// Whether a name says by itself where its file lies. One that begins with a drive does.
 bool isRooted(const char* name) {
     return name[0] == '/' || (name[0] != '\0' && name[1] == ':');
 }

@@ -7,10 +7,10 @@
 #include <string_view>
 
 #include "BoundedText.h"
+#include "CTextHandle.h"
 #include "ControlBlock.h"
 #include "FailureReport.h"
 #include "ReturnCodes.h"
-#include "StreamHandle.h"
 #include "TextView.h"
 #include "TraceRecords.h"
 

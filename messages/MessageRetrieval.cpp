@@ -9,10 +9,10 @@
 #include <string_view>
 
 #include "BoundedText.h"
+#include "CTextHandle.h"
 #include "ControlBlock.h"
 #include "MessageInserts.h"
 #include "ReturnCodes.h"
-#include "StreamHandle.h"
 #include "TraceRecords.h"
 
 namespace {

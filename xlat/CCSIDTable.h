@@ -8,9 +8,11 @@
 #include <cstddef>
 #include <cstdint>
 
-// A page number as text: four lower-case hexadecimal digits and a terminator. Page 0, which
-// means none, is "0000".
+// A page number as text: four lower-case hexadecimal digits and a terminator.
 constexpr std::size_t kPageTextSize = 5;
+
+// That of page 0, which means none.
+constexpr char kNoPageText[kPageTextSize] = "0000";
 
 constexpr std::int32_t kLargestPage = 0xFFFF;
 

@@ -1,6 +1,5 @@
-// The engines of the text conversion: three loops over the bytes of a text, built from two
-// one-step functions. They allocate nothing, write no trace and keep no state between calls:
-// each text starts outside a double-byte section.
+// The engines of the text conversion: three loops over the bytes of a text. They allocate nothing,
+// write no trace and keep no state between calls: each text starts outside a double-byte section.
 //   TranSBCS  text with no double-byte part
 //   HostPCMM  mixed text in host form: double-byte text stands between the bytes SO and SI
 //   PCHostMM  mixed text in PC form: a double-byte character is told by its first byte
@@ -20,7 +19,7 @@ enum ConvMode : std::int32_t {
 
 // What an engine needs to know. The tables are borrowed from the cache.
 struct ConvContext {
-    std::int32_t handle;
+    std::int32_t handle;             // which tables these are; the engines don't look at it
     const unsigned char* dbcsTable;  // null: pairs pass unchanged
     const unsigned char* sbcsTable;  // null: single bytes pass unchanged
     std::int32_t leadByteClass;
@@ -46,8 +45,8 @@ std::int32_t PCHostMM(const unsigned char** source, const std::int32_t* sourceLe
                       unsigned char** target, std::int32_t* targetLength,
                       const ConvContext* context, ConvMode mode);
 
-// One step each: translates a byte, or a pair of bytes, and advances pointers and positions.
-// Neither tests for an end.
+// One step of the loops each, for callers that walk a text themselves: translates a byte, or a
+// pair of bytes, and advances pointers and positions. Neither tests for an end.
 void XltSBCS(const unsigned char** source, unsigned char** target, std::int32_t* sourcePosition,
              std::int32_t* targetPosition, const ConvContext* context, ConvMode mode);
 void XltDBCS(const unsigned char** source, unsigned char** target, std::int32_t* sourcePosition,

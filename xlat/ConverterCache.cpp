@@ -8,6 +8,7 @@
 #include <memory>
 #include <new>
 #include <string_view>
+#include <utility>
 
 #include "BoundedText.h"
 #include "FileDescriptor.h"
@@ -104,12 +105,14 @@ FileDescriptor openTable(const BoundedText& path) {
     return openRegularFile(path.view().data());
 }
 
-FileDescriptor openTableFile(std::string_view directory, std::string_view key,
-                             const TableKind& kind) {
+FileDescriptor openTableFile(std::string_view key, const TableKind& kind) {
+    const char* named = tableDirectory();
+    const char* directory = named != nullptr ? named : ".";
     xnztr_text(kind.openingText);
     char lowerCasePath[kPathSize];
     BoundedText lowerCase(lowerCasePath);
-    lowerCase.append(directory).append(key).append(".tbl");
+    appendDirectory(lowerCase, directory);
+    lowerCase.append(key).append(".tbl");
     FileDescriptor file = openTable(lowerCase);
     if (file.isOpen()) {
         return file;
@@ -118,7 +121,7 @@ FileDescriptor openTableFile(std::string_view directory, std::string_view key,
     xnztr_text("xxxOpenConv: About to try opening (UC) ....");
     char upperCasePath[kPathSize];
     BoundedText upperCase(upperCasePath);
-    upperCase.append(directory);
+    appendDirectory(upperCase, directory);
     appendUpperCase(upperCase, key);
     upperCase.append(".TBL");
     return openTable(upperCase);
@@ -158,6 +161,7 @@ int loadDoubleByteTable(const FileDescriptor& file, ConvSlot& slot) {
     const auto size = static_cast<std::size_t>(count);
     TableBytes exact = allocateTable(size);
     if (exact == nullptr) {
+        // The large one serves as well: behind what was read it holds zeros.
         setTable(slot, std::move(largest), kLargestTableSize);
         return 0;
     }
@@ -172,8 +176,8 @@ constexpr TableKind kDoubleByteKind = {"xxxOpenConv: About to try opening (LC)..
                                        loadDoubleByteTable};
 
 // 0 or an errno.
-int fillSlot(ConvSlot& slot, std::string_view directory, const TableKind& kind) {
-    const FileDescriptor file = openTableFile(directory, slot.key, kind);
+int fillSlot(ConvSlot& slot, const TableKind& kind) {
+    const FileDescriptor file = openTableFile(slot.key, kind);
     if (!file.isOpen()) {
         xnztr_text("xxxOpenConv: Open failed.");
         return EINVAL;
@@ -183,8 +187,7 @@ int fillSlot(ConvSlot& slot, std::string_view directory, const TableKind& kind) 
 }
 
 // Loads a table; returns its part of the handle, or kNotFound with errno set.
-std::int32_t loadTable(std::string_view key, std::string_view directory, std::int32_t leadByteClass,
-                       const TableKind& kind) {
+std::int32_t loadTable(std::string_view key, std::int32_t leadByteClass, const TableKind& kind) {
     const std::int32_t number = freeSlot();
     if (number == kNotFound) {
         errno = ENOMEM;
@@ -194,7 +197,7 @@ std::int32_t loadTable(std::string_view key, std::string_view directory, std::in
     BoundedText(slot.key).append(key);
     slot.leadByteClass = leadByteClass;
     setTag(slot, kInUseTag);
-    const int error = fillSlot(slot, directory, kind);
+    const int error = fillSlot(slot, kind);
     if (error != 0) {
         setTag(slot, kGivenUpTag);
         errno = error;
@@ -237,21 +240,16 @@ std::int32_t xxxOpenConv(const char* targetSbcs, const char* targetDbcs, const c
     ServiceTraceScope trace("xxxOpenConv");
     const ConverterKey singleByteKey(sourceSbcs, targetSbcs);
     const ConverterKey doubleByteKey(sourceDbcs, targetDbcs);
-    char directory[kPathSize];
-    BoundedText directoryText(directory);
-    const char* named = tableDirectory();
-    appendDirectory(directoryText, named != nullptr ? named : ".");
-
     std::int32_t singleBytePart = singleByteKey.resolve();
     std::int32_t doubleBytePart = doubleByteKey.resolve();
     if (singleBytePart == kNotFound) {
-        singleBytePart = loadTable(singleByteKey.text(), directory, 0, kSingleByteKind);
+        singleBytePart = loadTable(singleByteKey.text(), 0, kSingleByteKind);
     }
     if (singleBytePart == kNotFound) {
         return trace.exitWith(kNoHandle);
     }
     if (doubleBytePart == kNotFound) {
-        doubleBytePart = loadTable(doubleByteKey.text(), directory, leadByteClass, kDoubleByteKind);
+        doubleBytePart = loadTable(doubleByteKey.text(), leadByteClass, kDoubleByteKind);
     }
     if (doubleBytePart == kNotFound) {
         return trace.exitWith(kNoHandle);

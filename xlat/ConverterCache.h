@@ -38,8 +38,8 @@ constexpr std::int32_t kNoHandle = -1;
 
 // Finds or loads the tables for a conversion; the first four arguments are page texts, "0000"
 // for a part that isn't there. Returns the handle, valid until the services stop, or kNoHandle
-// with errno set to ENOMEM (no storage, or no room for another table) or EINVAL (no usable table
-// file; EINVAL and ENOMEM of POSIX). Tables that were loaded before a failure stay.
+// with errno (POSIX) set: ENOMEM for no storage or no room for another table, EINVAL for no usable
+// table file. Tables that were loaded before a failure stay.
 [[nodiscard]] std::int32_t xxxOpenConv(const char* targetSbcs, const char* targetDbcs,
                                        const char* sourceSbcs, const char* sourceDbcs,
                                        std::int32_t leadByteClass);

@@ -22,8 +22,8 @@ constexpr ConvMode kNoMode{};
 struct Side {
     std::int32_t sbcsPage = 0;
     std::int32_t dbcsPage = 0;
-    const char* sbcsText = "0000";
-    const char* dbcsText = "0000";
+    const char* sbcsText = kNoPageText;
+    const char* dbcsText = kNoPageText;
     std::int32_t encodingClass = 0;
     std::int32_t widthClass = 0;
     std::int32_t leadByteClass = 0;
@@ -33,15 +33,20 @@ struct Side {
         if (node == nullptr) {
             return false;
         }
-        *this = {node->sbcsPage,      node->dbcsPage,   node->sbcsPageHex,  node->dbcsPageHex,
-                 node->encodingClass, node->widthClass, node->leadByteClass};
+        *this = {.sbcsPage = node->sbcsPage,
+                 .dbcsPage = node->dbcsPage,
+                 .sbcsText = node->sbcsPageHex,
+                 .dbcsText = node->dbcsPageHex,
+                 .encodingClass = node->encodingClass,
+                 .widthClass = node->widthClass,
+                 .leadByteClass = node->leadByteClass};
         return true;
     }
 
     void dropDoubleBytes() {
         widthClass = kSingleByteWidth;
         dbcsPage = 0;
-        dbcsText = "0000";
+        dbcsText = kNoPageText;
     }
 };
 

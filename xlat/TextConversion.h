@@ -1,7 +1,8 @@
 // Text conversion between coded character sets: the entries for programs that use the services.
 // A CCSID names a coded character set; which ones there are, and how each is encoded, is said by
 // the CCSID table of the installation, read when the services start.
-// Results: 0 done, else a code of ReturnCodes.h. Ownership: all arguments stay the caller's.
+// Results: 0 done, else a code of ReturnCodes.h. Ownership: all arguments stay the caller's; none
+// is null, but for the texts where their length is 0.
 // Limits: one caller at a time.
 #pragma once
 

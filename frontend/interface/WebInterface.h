@@ -19,12 +19,13 @@ public:
     WebInterface& operator=(const WebInterface&) = delete;
     virtual ~WebInterface();
 
-    // The kind of the transport, as "CGI".
+    // The kind of the transport, as "CGI". Borrowed, for the life of the process.
     virtual char* InterfaceType() = 0;
     // Writes a header line. Nothing is added behind the colon: a value brings its own blank.
     virtual long write_header(const char* name, const char* value) = 0;
     // Writes `length` bytes, zero bytes included; with length 0 the text up to its terminator.
     virtual long write_text(const char* text, long length) = 0;
+    // Writes a number in decimal.
     virtual long write_text(const int number) = 0;
     // Copies the request's context, the CGI variables of RFC 3875 and some more, into `cache`.
     virtual long CacheContext(Cache* cache, const char* unused) = 0;

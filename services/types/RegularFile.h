@@ -22,8 +22,11 @@ public:
     // Opens no file yet.
     FileReader() {}
     explicit FileReader(const char* path) { open(path); }
+    FileReader(const FileReader&) = delete;
+    FileReader& operator=(const FileReader&) = delete;
 
-    // Opens `path`; false if there is no such regular file or it can't be read.
+    // Opens `path`, for a reader that has no file yet; false if there is no such regular file or it
+    // can't be read.
     bool open(const char* path);
     [[nodiscard]] bool isOpen() const { return file_.isOpen(); }
     // Reads at most `size` bytes. Returns their count, which is less only at the end.

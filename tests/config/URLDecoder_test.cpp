@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "StreamHandle.h"
+#include "CTextHandle.h"
 #include "TraceRecords.h"
 
 TEST(URLDecoder, DecodesFormText) {
