@@ -1,6 +1,6 @@
 #!/bin/sh
-# Checks the sources without compiling them: their format, the calls that may overrun a buffer,
-# and the shell scripts.
+# Checks the sources without compiling them: their format, the calls that may overrun a buffer, what
+# cppcheck finds, and the shell scripts.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -26,6 +26,10 @@ fi
 # shellcheck disable=SC2086
 find $product tests fuzz examples bench tools \( -name '*.cpp' -o -name '*.h' -o -name '*.c' \) \
     -exec clang-format --dry-run -Werror {} + || failed=1
+# shellcheck disable=SC2046,SC2086
+cppcheck --quiet --enable=warning,performance,portability --error-exitcode=1 --language=c++ \
+    --std=c++20 --suppressions-list=tools/cppcheck-suppressions.txt \
+    $(find $product -type d -printf '-I %p ') $product || failed=1
 shellcheck run test tools/*.sh install/cgi-bin/dnzcnf install/debian/post* || failed=1
 
 exit $failed
