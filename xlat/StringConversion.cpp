@@ -44,7 +44,6 @@ struct Side {
     }
 
     void dropDoubleBytes() {
-        widthClass = kSingleByteWidth;
         dbcsPage = 0;
         dbcsText = kNoPageText;
     }

@@ -53,6 +53,15 @@ TEST(ConfigurationSet, IsEmptyWithoutABody) {
     writeFile("dnz.ini", "b default\n");
     CGIInterface transport;
     EXPECT_EQ(settingOf(*transport.getConfigurationSet(), "b"), "(absent)");
-    ConfigurationSet plain;
-    EXPECT_EQ(settingOf(plain, "b"), "(absent)");
+}
+
+TEST(ConfigurationSet, CopiesTakeNothingAndAreNeverEqual) {
+    Request request("b=form");
+    CGIInterface transport;
+    const ConfigurationSet& settings = *transport.getConfigurationSet();
+    ConfigurationSet copy(settings);
+    copy = settings;
+    EXPECT_EQ(settingOf(copy, "b"), "(absent)");
+    EXPECT_FALSE(copy == settings || copy == ConfigurationSet());
+    EXPECT_TRUE(copy != settings);
 }
