@@ -82,9 +82,12 @@ TEST_F(CCSIDTableTest, InsertingKeepsAnEntryThatIsThere) {
     CCSIDEntry entry{7, 1, 2, 3, 4, 5, "0001", "0002"};
     xxxInsertNode(&root, &entry);
     entry.sbcsPage = 99;
-    xxxInsertNode(&root, &entry);
+    for (const std::int32_t ccsid : {7, 9, 8, 3}) {
+        entry.ccsid = ccsid;
+        xxxInsertNode(&root, &entry);
+    }
+    EXPECT_EQ(shape(root), "((3)7((8)9))");
     EXPECT_EQ(describe(xxxFindNode(root, 7)), "7 2 1 4 3 5 0002 0001");
-    EXPECT_EQ(xxxFindNode(root, 8), nullptr);
     xxxDeleteNode(&root);
     EXPECT_EQ(root, nullptr);
     EXPECT_EQ(xxxFindNode(root, 7), nullptr);

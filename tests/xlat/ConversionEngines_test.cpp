@@ -92,6 +92,7 @@ TEST(ConversionEngines, TextsByHand) {
         {HostPCMM, ConvHostToPC, "0E 81 42 83", 4, xxxRC_HOST_SOURCE_SHORT, "D2 42"},
         {HostPCMM, ConvHostToHost, "0E 81 42 0F", 2, xxxRC_HOST_TARGET_SHORT, "0E"},
         {HostPCMM, ConvHostToHost, "0E 81 42 0F 41", 3, 0, "0E D2 42"},
+        {HostPCMM, ConvHostToHost, "0E 81 42 0F 41", 4, 0, "0E D2 42 0F"},
         {PCHostMM, ConvPCToHost, "41 81 42 43", 6, 0, "C1 0E D2 42 0F C3"},
         {PCHostMM, ConvPCToPC, "41 81 42 43", 4, 0, "C1 D2 42 C3"},
         {PCHostMM, ConvPCToHost, "41 81 42", 5, 0, "C1 0E D2 42 0F"},

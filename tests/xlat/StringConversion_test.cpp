@@ -79,6 +79,7 @@ TEST_F(StringConversionTest, CodesLengthsAndBytes) {
         {"single-byte", 10, 11, "15 42", 5, "0: 95 C2 /2"},
         {"host to PC", 21, 20, "41 0E 81 42 0F 15", 6, "0: C1 77 77 A5 /4"},
         {"PC to host", 20, 21, "41 81 42 15", 6, "0: C1 0E 77 77 0F 95 /6"},
+        {"lead bytes of the first user", 22, 21, "81 42", 4, "0: 0E 77 77 0F /4"},
         {"PC to PC, same double page", 22, 20, "41 81 8F 42 41", 6, "0: C1 01 8F 42 C1 /5"},
         {"host to PC, same single page", 21, 22, "41 0E 81 42 0F", 5, "0: 41 77 77 /3"},
         {"shift bytes wanted", 20, 21, "81 42", 3, "-13: /3"},
