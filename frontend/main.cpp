@@ -35,10 +35,10 @@ void occupyStandardStreams() {
     }
 }
 
-// The body is read in one piece, and the page leaves in few. A larger buffer spares writes, but
-// costs more for its memory than they do.
+// The body is read in one piece, and the page leaves in pieces as large as a page of memory: a
+// larger buffer spares writes, but costs more for its memory than they do.
 void setBuffers() {
-    static char page[16UL * 1024];
+    static char page[4096];
     std::setvbuf(stdin, nullptr, _IONBF, 0);
     std::setvbuf(stdout, page, _IOFBF, sizeof page);
 }
