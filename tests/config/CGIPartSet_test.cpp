@@ -7,7 +7,6 @@
 #include <vector>
 
 #include "CGIPart.h"
-#include "TraceRecords.h"
 
 using namespace std::string_literals;
 
@@ -79,20 +78,4 @@ TEST(CGIPartSet, CopiesValuesIntoABufferOfAnySize) {
         EXPECT_EQ(buffer, row.buffer);
         EXPECT_EQ(length, row.length);
     }
-}
-
-TEST(CGIPartSet, TracesWhatTheFormHolds) {
-    CGIPartSet set;
-    set.Initialize("a=1&b", 5);
-    const std::string records = takeTraceRecords();
-    EXPECT_NE(records.find("+CGIPartSet::Initialize\n+CGIPartSet::scanForNumberOfParts l=5\n"
-                           "numberOfParts=2\n-CGIPartSet::scanForNumberOfParts 0\n"
-                           "+CGIPart::CGIPart(n,v)\n+URLDecoder::URLDecoder\n"),
-              std::string::npos);
-    EXPECT_NE(records.find("-URLDecoder::~URLDecoder 0\n-CGIPart::CGIPart(n,v) 0\n"),
-              std::string::npos);
-    set.findPart("a");
-    EXPECT_EQ(takeTraceRecords(),
-              "+CGIPartSet::findPart\n+ConfigPart::getValue\n-ConfigPart::getValue 0\n1\n"
-              "-CGIPartSet::findPart 0\n");
 }

@@ -25,20 +25,6 @@ TEST(NameValuePair, KeepsLengthsThatCountTheTerminator) {
     EXPECT_EQ(length, 3U);
 }
 
-TEST(NameValuePair, CopiesBytesBehindTheFirstZeroByteToo) {
-    const NameValuePair source("n", 1, kTwoTexts.data(), kTwoTexts.size());
-    NameValuePair assigned("other", "longer than the source's value");
-    assigned = source;
-    assigned = *&assigned;
-    for (const NameValuePair& pair : {source, assigned}) {
-        EXPECT_EQ(std::string(pair.get_oValue(), pair.get_oValueLength()), kTwoTexts + '\0');
-        EXPECT_EQ(pair == source, 1);
-    }
-    EXPECT_EQ(NameValuePair("n", "10") == source, 0);
-    EXPECT_EQ(NameValuePair("n", "") == NameValuePair("n", 1, nullptr, 0), 0);
-    EXPECT_EQ(NameValuePair("n", "a") != NameValuePair("n", "b"), 1);
-}
-
 TEST(NameValuePair, OrdersByTheBytesOfTheName) {
     struct {
         const char* left;

@@ -6,7 +6,6 @@
 #include <string>
 
 #include "CTextHandle.h"
-#include "TraceRecords.h"
 
 TEST(URLDecoder, DecodesFormText) {
     struct {
@@ -45,21 +44,4 @@ TEST(URLDecoder, EncodesAllButLettersAndDigits) {
         EXPECT_STREQ(encoded.get(), expected);
         EXPECT_STREQ(URLDecoder().decodeInPlace(encoded.get()), plain);
     }
-}
-
-TEST(URLDecoder, TracesEachStepInOrder) {
-    char text[] = "%41";
-    URLDecoder decoder;
-    takeTraceRecords();
-    decoder.decodeInPlace(text);
-    EXPECT_EQ(takeTraceRecords(),
-              "+URLDecoder::decodeInPlace\n-URLDecoder::decodeInPlace 0\n+URLDecoder::decode\n"
-              "+URLDecoder::plusToSpace(char*,char*)\n+URLDecoder::plusToSpace\n"
-              "-URLDecoder::plusToSpace 0\n-URLDecoder::plusToSpace(char*,char*) 0\n"
-              "+URLDecoder::unescape\n+URLDecoder::unescape(char*,char*)\n"
-              "+URLDecoder::hexStringToChar\n+URLDecoder::hexCharToInt\n"
-              "-URLDecoder::hexCharToInt 0\n+URLDecoder::hexCharToInt\n"
-              "-URLDecoder::hexCharToInt 0\n-URLDecoder::hexStringToInt 0\n"
-              "-URLDecoder::unescape(char*,char*) 0\n-URLDecoder::unescape 0\n"
-              "-URLDecoder::decode 0\n");
 }

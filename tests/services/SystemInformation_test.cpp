@@ -34,16 +34,6 @@ TEST_F(SystemInformation, TakesTheCodePageFromTheLocale) {
     setVariable("LANG", nullptr);
 }
 
-TEST_F(SystemInformation, TracesHowItFoundTheCodePage) {
-    startTrace();
-    setVariable("LANG", "ru_RU");
-    ObtainSystemCP();
-    EXPECT_EQ(records(),
-              "T\n   -->ObtainSystemCP\n   ! About to go off to xnzGetCodeset\n"
-              "   ! .... back with .....\n   ! 88595\n   ! Code page is 915\n"
-              "T\n   <--ObtainSystemCP (rc= OK)\n");
-}
-
 TEST_F(SystemInformation, FormatsDateAndTimeIntoTheRoomGiven) {
     setVariable("TZ", "XXX-05:30");
     struct {

@@ -21,16 +21,9 @@ TEST(ReturnCodeText, NamesCodesOrSpellsThem) {
         {INT32_MAX, "Not found in retcode translation table (7FFFFFFF) (2147483647)"},
         {0x20006037, "xecS_E_NONE"},
         {0x20006119, "xecF_E_UNEXPECTED_SYSTEM_RC"},
-        {6000, "NZRC_LIBRARY_LOAD_ERROR"},
-        {6122, "NZRC_CONTEXT_OPEN_ERROR"},
-        {2001, "NZRC_ALIAS_BASE_Q_TYPE_ERROR"},
         {2033, "NZRC_NO_MSG_AVAILABLE"},
         {2111, "NZRC_SOURCE_CCSID_ERROR"},
-        {2119, "NZRC_NOT_CONVERTED"},
         {2120, "NZRC_CONVERTED_MSG_TOO_BIG"},
-        {2143, "NZRC_SOURCE_LENGTH_ERROR"},
-        {2186, "NZRC_GMO_ERROR"},
-        {2280, "NZRC_HCONFIG_ERROR"},
         {2294, "NZRC_UNKNOWN_REF_OBJECT"},
     };
     for (const auto& row : cases) {
