@@ -7,10 +7,12 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <map>
 #include <random>
 #include <string>
+#include <utility>
 
 #include "ControlBlock.h"
 #include "ConversionLifecycle.h"
@@ -22,8 +24,8 @@ constexpr std::size_t kTextSize = std::size_t{64} << 20U;
 constexpr std::size_t kShortTextSize = 60;
 constexpr std::size_t kSampleSize = std::size_t{1} << 20U;
 
-// What a text is made of: single-byte runs of up to 4 times as many bytes, between
-// them double-byte runs of up to `longestRun` characters, so that these are a third of the text;
+// What a text is made of: double-byte runs of up to `longestRun` characters and between them
+// single-byte runs twice as long in bytes on average, so that a third of the text is double-byte;
 // or one kind only.
 enum class Mixture { kSingleBytes, kAThirdDoubleBytes, kDoubleBytes };
 constexpr std::size_t kWord = 11;
@@ -101,8 +103,8 @@ std::string makePcText(const Subject& subject, std::size_t size) {
             }
         }
         if (subject.mixture != Mixture::kDoubleBytes) {
-            std::size_t left = 1 + random() % (4 * subject.longestRun + 3);
-            for (; left > 0 && fits(1); --left) {
+            const std::size_t longest = 4 * (subject.longestRun + 1) - 1;
+            for (std::size_t left = 1 + random() % longest; left > 0 && fits(1); --left) {
                 text += "ABCDEFGHIJKLMNOPQRSTUVWXYZ 0123456789,.-"[random() % 40];
             }
         }
@@ -222,7 +224,7 @@ void registerAll() {
 }  // namespace
 
 int main(int argc, char** argv) {
-    static CSCtrlBlock block{};
+    static CSCtrlBlock block{};  // without the rest of the services, which would trace and report
     xnzCSCtrl = &block;
     setenv("DNZ_XLAT_PATH", TABLE_DIRECTORY, 1);
     if (xxxInitialize() != 0) {

@@ -2,6 +2,7 @@
 #include "CCSIDTable.h"
 
 #include <climits>
+#include <string>
 
 #include "../tests/support/TemporaryDirectory.h"
 #include "CCSIDTableFile.h"
@@ -9,11 +10,17 @@
 
 namespace {
 
+void requirePage(std::int32_t page, std::string_view digits) {
+    require(page >= 0 && page <= kLargestPage, "a page has four digits");
+    char text[kPageTextSize];
+    std::snprintf(text, sizeof text, "%04x", static_cast<unsigned>(page) & 0xFFFFU);
+    require(text == digits, "the digits are those of the page");
+}
+
 void requireNode(CCSIDNode* root, const CCSIDNode& node) {
     require(xxxFindNode(root, node.ccsid) == &node, "every number is found");
-    char page[kPageTextSize];
-    std::snprintf(page, sizeof page, "%04x", static_cast<unsigned>(node.sbcsPage) & 0xFFFFU);
-    require(std::string_view(page) == node.sbcsPageHex, "the digits are those of the page");
+    requirePage(node.sbcsPage, node.sbcsPageHex);
+    requirePage(node.dbcsPage, node.dbcsPageHex);
 }
 
 CCSIDNode* smallestAbove(long long ccsid, CCSIDNode* root) {
@@ -25,7 +32,8 @@ CCSIDNode* smallestAbove(long long ccsid, CCSIDNode* root) {
     return smallest;
 }
 
-// Walks through the tree by its numbers and returns how many they are.
+// Walks through the tree by its numbers and returns how many they are. A walk by recursion would
+// need a stack as deep as the tree.
 int requireTree(CCSIDNode* root) {
     int count = 0;
     for (CCSIDNode* node = smallestAbove(LLONG_MIN, root); node != nullptr;
@@ -45,7 +53,6 @@ CCSIDNode* readTable(const std::string& contents) {
 
 }  // namespace
 
-// The table file.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const TemporaryDirectory directory;
     const std::string contents(Input(data, size).rest());

@@ -1,6 +1,8 @@
 // The file search, with any LANG and PATH.
 #include "FileSearch.h"
 
+#include <string>
+
 #include "../tests/support/TemporaryDirectory.h"
 #include "Input.h"
 #include "RegularFile.h"

@@ -2,6 +2,8 @@
 // them. The target stands in for the catalogue.
 #include <nl_types.h>
 
+#include <string>
+
 #include "Input.h"
 #include "MessageRetrieval.h"
 #include "ReturnCodes.h"

@@ -1,4 +1,6 @@
 // A whole request: a form and an ini file in, a page and a file out.
+#include <string>
+
 #include "../tests/support/TemporaryDirectory.h"
 #include "CGIInterface.h"
 #include "ConfigInterface.h"

@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+#include "LeadBytes.h"
 #include "Numbers.h"
 #include "StreamHandle.h"
 
@@ -215,29 +216,13 @@ Bytes makeDoubleByteTable(const Ccsid& from, const Ccsid& to) {
     return table;
 }
 
-// The bytes that open a double-byte character in PC text of a leadByteClass.
-bool isLeadByte(int leadByteClass, int byte) {
-    switch (leadByteClass) {
-        case 2:
-            return byte >= 0x8F && byte <= 0xFE;
-        case 3:
-            return byte >= 0x81 && byte <= 0xFC;
-        case 5:
-            return byte >= 0x81 && byte <= 0xFE;
-        case 6:
-            return byte >= 0x8C && byte <= 0xFE;
-        default:
-            return (byte >= 0x81 && byte <= 0x9E) || (byte >= 0xE0 && byte <= 0xFE);
-    }
-}
-
 // Says which characters of a mixed PC set its class of lead bytes makes unreadable.
 void tellLeadByteMisfits(const Ccsid& ccsid) {
     if (!ccsid.isMixed() || ccsid.isHost()) {
         return;
     }
+    const LeadBytes& leadBytes = leadBytesOf(ccsid.leadByteClass);
     const Ccsid unicode{0, 0, 0, 1, 2, 0, "UTF-8"};
-    Translator translator(ccsid, unicode);
     Converter converter(ccsid, unicode);
     for (int value = 0; value < kByteValues; ++value) {
         const auto byte = static_cast<char>(value);
@@ -248,7 +233,7 @@ void tellLeadByteMisfits(const Ccsid& ccsid) {
                     ? 1
                     : 0;
         }
-        const bool isLead = isLeadByte(ccsid.leadByteClass, value);
+        const bool isLead = leadBytes[static_cast<std::size_t>(value)] != 0;
         if (pairs > 0 && !isLead) {
             std::fprintf(stderr,
                          "mktables: %d: %d pairs with the first byte %02x are read as "

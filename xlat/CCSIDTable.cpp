@@ -4,10 +4,7 @@
 #include <iterator>
 #include <new>
 
-#include "ControlBlock.h"
 #include "ReturnCodes.h"
-#include "TextConversion.h"
-#include "TraceRecords.h"
 
 CCSIDNode* xxxFindNode(CCSIDNode* root, std::int32_t ccsid) {
     CCSIDNode* node = root;
@@ -66,19 +63,5 @@ void xxxDeleteNode(CCSIDNode** place) {
 std::int32_t xxxFreeNode(CCSIDNode* node) {
     xxxDeleteNode(&node->right);
     xxxDeleteNode(&node->left);
-    return kServiceOk;
-}
-
-std::int32_t xcsQueryCCSIDType(std::int32_t ccsid, CCSIDType* out) {
-    ServiceTraceScope trace("xcsQueryCCSIDType");
-    if (xnzCSCtrl == nullptr) {
-        return trace.exitWith(xecX_E_SERVICE_UNAVAILABLE);
-    }
-    const CCSIDNode* node = xxxFindNode(xnzCSCtrl->ccsidTable, ccsid);
-    if (node == nullptr) {
-        return trace.exitWith(xecX_S_CCSID_NOT_FOUND);
-    }
-    out->encodingClass = node->encodingClass;
-    out->widthClass = node->widthClass;
     return kServiceOk;
 }

@@ -37,6 +37,7 @@ struct CCSIDEntry {
     char dbcsPageHex[kPageTextSize];
 };
 
+// An entry in the tree.
 struct CCSIDNode {
     std::int32_t ccsid;
     std::int32_t sbcsPage;
@@ -66,5 +67,5 @@ void setNodeFields(CCSIDNode* node, const CCSIDEntry& entry);
 // Frees the whole tree, larger CCSIDs first, and sets `*place` to null.
 void xxxDeleteNode(CCSIDNode** place);
 
-// Frees all nodes below `node` but not the node itself. Always 0.
+// Frees all nodes below `node` but not the node itself, whose links are null then. Always 0.
 std::int32_t xxxFreeNode(CCSIDNode* node);

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <numeric>
 
+#include "LeadBytes.h"
 #include "ReturnCodes.h"
 #include "TextConversion.h"
 
@@ -173,7 +174,7 @@ bool isAtSectionEnd(const Walk& walk) {
 // Converts a section from its shift-out to the byte where it ends. `Keeps`: the shift bytes stay.
 template <bool Keeps>
 std::int32_t convertHostSection(Walk& walk) {
-    if (Keeps) {
+    if constexpr (Keeps) {
         walk.put(kShiftOut);
     }
     walk.skip();
@@ -215,44 +216,6 @@ std::int32_t convertHostText(Walk& walk) {
     return kServiceOk;
 }
 
-// For each byte the number of the range in which it is a lead byte, 0 for none.
-using LeadBytes = ByteTable;
-
-struct ByteRange {
-    unsigned char first;
-    unsigned char last;
-};
-
-template <std::size_t Count>
-constexpr LeadBytes makeLeadBytes(const ByteRange (&ranges)[Count]) {
-    LeadBytes bytes{};
-    unsigned char number = 0;
-    for (const ByteRange& range : ranges) {
-        ++number;
-        for (std::size_t byte = range.first; byte <= range.last; ++byte) {
-            bytes[byte] = number;
-        }
-    }
-    return bytes;
-}
-
-// By leadByteClass. The first row also stands for every class that isn't here.
-constexpr LeadBytes kLeadByteClasses[] = {
-    makeLeadBytes({{0x81, 0x9E}, {0xE0, 0xFE}}),  // any other
-    makeLeadBytes({{0x81, 0x9E}, {0xE0, 0xFE}}),  // 1
-    makeLeadBytes({{0x8F, 0xFE}}),                // 2
-    makeLeadBytes({{0x81, 0xFC}}),                // 3
-    makeLeadBytes({{0x81, 0x9E}, {0xE0, 0xFE}}),  // 4
-    makeLeadBytes({{0x81, 0xFE}}),                // 5
-    makeLeadBytes({{0x8C, 0xFE}}),                // 6
-};
-
-const LeadBytes& leadBytesOf(std::int32_t leadByteClass) {
-    const bool isKnown =
-        leadByteClass > 0 && leadByteClass < static_cast<std::int32_t>(std::size(kLeadByteClasses));
-    return kLeadByteClasses[isKnown ? leadByteClass : 0];
-}
-
 // Converts neighbouring double-byte characters as one section. `Adds`: shift bytes are put
 // around it; room for one of them is asked for in either case.
 template <bool Adds>
@@ -265,14 +228,14 @@ std::int32_t convertPcSection(Walk& walk, const LeadBytes& leadBytes) {
     if (walk.targetLeft() < kRoomToOpen) {
         return xxxRC_PC_TARGET_SHORT;
     }
-    if (Adds) {
+    if constexpr (Adds) {
         walk.put(kShiftOut);
     }
     walk.convertPair();
     walk.convertPairsUntil(kRoomToClose, [&leadBytes](unsigned char first, unsigned char) {
         return leadBytes[first] == 0;
     });
-    if (Adds) {
+    if constexpr (Adds) {
         walk.put(kShiftIn);
     }
     return kServiceOk;

@@ -4,7 +4,8 @@
 //   HostPCMM  mixed text in host form: double-byte text stands between the bytes SO and SI
 //   PCHostMM  mixed text in PC form: a double-byte character is told by its first byte
 // The engines know no invalid text and no substitute: what a table holds is what is written.
-// A double-byte character whose place lies outside its table gives two zero bytes.
+// A double-byte character whose place lies outside its table gives two zero bytes. In ConvHostToPC
+// the host's new line, 0x15, becomes what its line feed 0x25 becomes, if there is a table.
 #pragma once
 
 #include <cstdint>
@@ -19,7 +20,7 @@ enum ConvMode : std::int32_t {
 
 // What an engine needs to know. The tables are borrowed from the cache.
 struct ConvContext {
-    std::int32_t handle;             // which tables these are; the engines don't look at it
+    std::int32_t handle;             // which tables these are, for who looks at a record
     const unsigned char* dbcsTable;  // null: pairs pass unchanged
     const unsigned char* sbcsTable;  // null: single bytes pass unchanged
     std::int32_t leadByteClass;
@@ -35,12 +36,12 @@ std::int32_t TranSBCS(const unsigned char** source, const std::int32_t* sourceLe
                       unsigned char** target, std::int32_t* targetLength,
                       const ConvContext* context, ConvMode mode);
 
-// For ConvHostToPC, which drops the shift bytes, and ConvHostToHost, which keeps them.
+// For ConvHostToHost, which keeps the shift bytes, and ConvHostToPC; no other mode keeps them.
 std::int32_t HostPCMM(const unsigned char** source, const std::int32_t* sourceLength,
                       unsigned char** target, std::int32_t* targetLength,
                       const ConvContext* context, ConvMode mode);
 
-// For ConvPCToHost, which adds shift bytes, and ConvPCToPC.
+// For ConvPCToHost, which adds shift bytes, and ConvPCToPC; no other mode adds any.
 std::int32_t PCHostMM(const unsigned char** source, const std::int32_t* sourceLength,
                       unsigned char** target, std::int32_t* targetLength,
                       const ConvContext* context, ConvMode mode);

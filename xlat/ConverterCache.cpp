@@ -32,6 +32,7 @@ constexpr std::size_t kDoubleByteHeadSize = 512;  // a table must have more than
 constexpr std::size_t kLargestTableSize = 0x20000;
 
 constexpr char kNoPagesKey[] = "00000000";
+constexpr std::size_t kTableNameLength = 12;  // a key and an extension
 
 constexpr std::int32_t kNotFound = -1;
 
@@ -74,7 +75,7 @@ bool enlargeList() {
 }
 
 // The number of a slot that may be filled, or kNotFound when there is no room for another table.
-std::int32_t freeSlot() {
+std::int32_t slotToFill() {
     std::int32_t number = 0;
     while (number < iconv_list_size && hasTag(iconv_list[number], kInUseTag)) {
         ++number;
@@ -95,36 +96,31 @@ void appendUpperCase(BoundedText& text, std::string_view key) {
     }
 }
 
-// Opens a regular file; anything else, and a path that was cut, counts as missing.
-FileDescriptor openTable(const BoundedText& path) {
-    errno = 0;
-    xnztr_text(path.view().data());
-    if (path.truncated()) {
-        return {};
-    }
-    return openRegularFile(path.view().data());
+// Anything but a regular file counts as missing, and so does a file in a directory that was cut.
+FileDescriptor openTable(const BoundedText& directory, std::string_view key,
+                         std::string_view extension) {
+    char path[kPathSize + kTableNameLength];
+    BoundedText(path).append(directory.view()).append(key).append(extension);
+    xnztr_text(path);
+    return directory.truncated() ? FileDescriptor{} : openRegularFile(path);
 }
 
 FileDescriptor openTableFile(std::string_view key, const TableKind& kind) {
+    char directoryText[kPathSize];
+    BoundedText directory(directoryText);
     const char* named = tableDirectory();
-    const char* directory = named != nullptr ? named : ".";
+    appendDirectory(directory, named != nullptr ? named : ".");
     xnztr_text(kind.openingText);
-    char lowerCasePath[kPathSize];
-    BoundedText lowerCase(lowerCasePath);
-    appendDirectory(lowerCase, directory);
-    lowerCase.append(key).append(".tbl");
-    FileDescriptor file = openTable(lowerCase);
+    FileDescriptor file = openTable(directory, key, ".tbl");
     if (file.isOpen()) {
         return file;
     }
     xnztr_text("xxxOpenConv: retrying.........");
     xnztr_text("xxxOpenConv: About to try opening (UC) ....");
-    char upperCasePath[kPathSize];
-    BoundedText upperCase(upperCasePath);
-    appendDirectory(upperCase, directory);
+    char upperCaseKey[kConverterKeySize];
+    BoundedText upperCase(upperCaseKey);
     appendUpperCase(upperCase, key);
-    upperCase.append(".TBL");
-    return openTable(upperCase);
+    return openTable(directory, upperCase.view(), ".TBL");
 }
 
 TableBytes allocateTable(std::size_t size) {
@@ -188,7 +184,7 @@ int fillSlot(ConvSlot& slot, const TableKind& kind) {
 
 // Loads a table; returns its part of the handle, or kNotFound with errno set.
 std::int32_t loadTable(std::string_view key, std::int32_t leadByteClass, const TableKind& kind) {
-    const std::int32_t number = freeSlot();
+    const std::int32_t number = slotToFill();
     if (number == kNotFound) {
         errno = ENOMEM;
         return kNotFound;
@@ -196,10 +192,9 @@ std::int32_t loadTable(std::string_view key, std::int32_t leadByteClass, const T
     ConvSlot& slot = iconv_list[number];
     BoundedText(slot.key).append(key);
     slot.leadByteClass = leadByteClass;
-    setTag(slot, kInUseTag);
     const int error = fillSlot(slot, kind);
+    setTag(slot, error == 0 ? kInUseTag : kGivenUpTag);
     if (error != 0) {
-        setTag(slot, kGivenUpTag);
         errno = error;
         return kNotFound;
     }

@@ -7,7 +7,8 @@
 // if there is none; with letters, 012c01af.tbl or 012C01AF.TBL. Files hold nothing but bytes:
 //   single-byte  256 bytes, the target byte for each source byte; more is ignored
 //   double-byte  256 row numbers, one for each first byte, then rows of 256 pairs from offset 512
-//                on. Row 0 lies over the row numbers. Between 513 and 131072 bytes are read.
+//                on. Row 0 lies over the row numbers. Between 513 and 131072 bytes are read, of
+//                which rows up to 127 can be reached.
 // Limits: 998 tables. Not for more than one caller at a time.
 #pragma once
 
@@ -26,6 +27,8 @@ struct ConvSlot {
     std::int32_t leadByteClass;  // double-byte tables: that of the CCSID that came first
 };
 
+// The slots, in use or not, and their count: null and 0 until a table is first asked for. Owned by
+// the cache.
 extern ConvSlot* iconv_list;
 extern std::int32_t iconv_list_size;
 

@@ -22,45 +22,86 @@
 
 namespace {
 
+[[noreturn]] void fail(const char* what) {
+    std::perror(what);
+    std::exit(EXIT_FAILURE);
+}
+
+// The pipe that a program writes its page to.
+class Pipe {
+public:
+    Pipe() {
+        if (pipe2(ends_, O_CLOEXEC) != 0) {
+            fail("pipe");
+        }
+    }
+    ~Pipe() {
+        close(ends_[0]);
+        closeWriter();
+    }
+    Pipe(const Pipe&) = delete;
+    Pipe& operator=(const Pipe&) = delete;
+
+    [[nodiscard]] int writer() const { return ends_[1]; }
+    void closeWriter() {
+        if (ends_[1] >= 0) {
+            close(ends_[1]);
+            ends_[1] = -1;
+        }
+    }
+    // Reads to the end, which comes when nobody can write any more, and drops what it reads.
+    void drain() const {
+        static char buffer[1 << 16];
+        while (read(ends_[0], buffer, sizeof buffer) > 0) {
+        }
+    }
+
+private:
+    int ends_[2]{};
+};
+
+// The standard streams of a program.
+class Streams {
+public:
+    Streams(const char* input, int output) {
+        posix_spawn_file_actions_init(&actions_);
+        posix_spawn_file_actions_addopen(&actions_, STDIN_FILENO, input, O_RDONLY, 0);
+        posix_spawn_file_actions_adddup2(&actions_, output, STDOUT_FILENO);
+        posix_spawn_file_actions_addopen(&actions_, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
+    }
+    ~Streams() { posix_spawn_file_actions_destroy(&actions_); }
+    Streams(const Streams&) = delete;
+    Streams& operator=(const Streams&) = delete;
+
+    [[nodiscard]] const posix_spawn_file_actions_t* actions() const { return &actions_; }
+
+private:
+    posix_spawn_file_actions_t actions_;
+};
+
 struct Start {
     double microseconds;
     rusage usage;
 };
 
-void readAll(int descriptor) {
-    static char buffer[1 << 16];
-    while (read(descriptor, buffer, sizeof buffer) > 0) {
-    }
-}
-
 Start start(char* program, const char* body) {
-    int pipeEnds[2];
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    pid_t child = 0;
+    Pipe page;
+    const Streams streams(body, page.writer());
     char* arguments[] = {program, nullptr};
-    if (pipe2(pipeEnds, O_CLOEXEC) != 0) {
-        std::abort();
-    }
-    posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, body, O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, pipeEnds[1], STDOUT_FILENO);
-    posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", O_WRONLY, 0);
-
     Start result{};
+    pid_t child = 0;
     int status = 0;
     const auto before = std::chrono::steady_clock::now();
-    const int error = posix_spawn(&child, program, &actions, nullptr, arguments, environ);
-    close(pipeEnds[1]);
-    readAll(pipeEnds[0]);
-    const bool waited = wait4(child, &status, 0, &result.usage) == child;
+    if (posix_spawn(&child, program, streams.actions(), nullptr, arguments, environ) != 0) {
+        fail(program);
+    }
+    page.closeWriter();
+    page.drain();
+    if (wait4(child, &status, 0, &result.usage) != child || !WIFEXITED(status)) {
+        fail(program);
+    }
     const std::chrono::duration<double, std::micro> time =
         std::chrono::steady_clock::now() - before;
-    close(pipeEnds[0]);
-    posix_spawn_file_actions_destroy(&actions);
-    if (error != 0 || !waited || !WIFEXITED(status)) {
-        std::fprintf(stderr, "%s: it didn't start, or didn't end by itself\n", program);
-        std::exit(EXIT_FAILURE);
-    }
     result.microseconds = time.count();
     return result;
 }

@@ -6,7 +6,6 @@
 
 #include "../support/TemporaryDirectory.h"
 #include "IniFilePart.h"
-#include "TraceRecords.h"
 
 namespace {
 
@@ -74,25 +73,6 @@ TEST(IniFileSet, ReadsLines) {
     }
 }
 
-TEST(IniFileSet, SavesAFileInItsOwnForm) {
-    const TemporaryDirectory directory;
-    EXPECT_EQ(savedAgain(readText("NZIGwQueueManager QM1 #the queue manager\n"
-                                  "NZIGwQueue   GATE.IN     #requests\n"
-                                  "NZIGwWaitInterval 30\n"
-                                  "NZIGwReplyQueue #none yet\n"
-                                  "NZIGwContext\n"
-                                  "\n"
-                                  "# the gateway's settings\n"
-                                  "#old entry with #a note\n")),
-              "# the # \n"
-              "#old entry #a note\n"
-              "NZIGwContext\n"
-              "NZIGwQueue GATE.IN #requests\n"
-              "NZIGwQueueManager QM1 #the queue manager\n"
-              "NZIGwReplyQueue  #none yet\n"
-              "NZIGwWaitInterval 30 # \n");
-}
-
 TEST(IniFileSet, ContinuesALongLineAsTheNextEntry) {
     const TemporaryDirectory directory;
     const std::string longest(253, 'v');
@@ -150,15 +130,7 @@ TEST(IniFileSet, FindsFilesOnThePath) {
     writeFile("etc/found.ini", "n v #d\n");
     setVariable("PATH", (directory.path() + "/etc").c_str());
     IniFileSet set;
-    takeTraceRecords();
     set.setIniFileName("found.ini");
-    EXPECT_EQ(takeTraceRecords(),
-              "+IniFileSet::setIniFileName\n+IniFileSet::populate\nUsing path to find file:\n"
-              "found.ini\n" +
-                  found + "found.ini\nPath is \n" + found +
-                  "\n"
-                  "+IniFilePart::IniFilePart\n-IniFilePart::IniFilePart 0\nn\nv #d\n"
-                  "-IniFileSet::populate 1\n-IniFileSet::setIniFileName 0\n");
     EXPECT_EQ(set.getIniFilePath(), found);
     const IniFileSet copy(set);
     EXPECT_EQ(copy.getIniFilePath(), nullptr);

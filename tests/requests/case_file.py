@@ -57,6 +57,10 @@ class Request:
         found = self.find(keyword)
         return found[-1][2] if found else default
 
+    def argument(self, keyword, default):
+        found = self.find(keyword)
+        return found[-1][1] if found else default
+
 
 def read_case(path):
     """The requests of a case; the first one holds the sections that belong to all."""

@@ -151,8 +151,7 @@ class CaseRun:
         compare = self.differences.compare
         compare("standard output", self.expected_answer(request), output)
         compare("standard error", self.expand(decode(request.text("stderr", ""))), errors)
-        status = (request.find("exit") or [(0, "1", 0)])[0][1]
-        compare("exit value", status, str(child.returncode))
+        compare("exit value", request.argument("exit", "1"), str(child.returncode))
         self.check_records(request, environment, child, body or "")
         expected.update((name, self.expand(decode(text)))
                         for _, name, text in request.find("after"))
@@ -233,6 +232,7 @@ def run_pass(arguments, case, trace_folder):
     common, requests = read_case(case)
     with tempfile.TemporaryDirectory(prefix="dnzcnf-") as folder:
         run = CaseRun(arguments, common, os.path.realpath(folder), trace_folder)
+        # Files for all requests are made with the first one.
         requests[0].sections += [section for section in common.sections if section[0] != "env"]
         for request in requests:
             already = len(run.differences.texts)

@@ -58,6 +58,7 @@ TEST(Numbers, ReadsLikeTheLibraryButNeverOverflows) {
                        {"007 8", 7},
                        {"- 1", 0},
                        {"0x10", 0},
+                       {"4294967297", INT_MAX},
                        {"99999999999999999999", INT_MAX},
                        {"-99999999999999999999", INT_MIN}};
     for (const auto& row : cases) {

@@ -69,18 +69,6 @@ TEST_F(TraceControl, BeginsAndEndsAFileForItsOwnerOnly) {
         xnz_level, std::regex("@\\(!\\)      \\*{5} Code Level is \\d+\\.\\d+\\.\\d+ \\*{5}")));
 }
 
-TEST_F(TraceControl, ReportsAFileThatCannotBeOpened) {
-    const std::string tooLong(300, 'd');
-    const std::string missing = directory_.path() + "/missing";
-    for (const std::string& path : {missing, tooLong}) {
-        setVariable("DNZ_TRACE", "");
-        setVariable("DNZ_PATH", path.c_str());
-        EXPECT_EQ(xnz_xtrInitialize(), 0);
-        EXPECT_EQ(block_.traceIsOn, 0);
-        EXPECT_NE(contentsOf(fileName("FDC")).find(path.substr(0, 20)), std::string::npos);
-    }
-}
-
 TEST(ReducedProcessId, FitsFiveDigits) {
     static_assert(reduceProcessId(4711) == 4711);
     static_assert(reduceProcessId(99999) == 99999);

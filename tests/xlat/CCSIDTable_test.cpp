@@ -73,7 +73,6 @@ TEST_F(CCSIDTableTest, TheShapeFollowsTheLines) {
     EXPECT_EQ(xxxInitialize(), kServiceOk);
     EXPECT_EQ(shape(block_.ccsidTable), "(((-10)20((25)30))50(((55)60(65))70(80)))");
     xxxFreeNode(block_.ccsidTable->left);
-    block_.ccsidTable->left->left = block_.ccsidTable->left->right = nullptr;
     EXPECT_EQ(shape(block_.ccsidTable), "((20)50(((55)60(65))70(80)))");
 }
 
@@ -108,7 +107,6 @@ TEST_F(CCSIDTableTest, ChainsOfAnyLengthAreReadAndFreed) {
         EXPECT_NE(xxxFindNode(block_.ccsidTable, direction * 100000), nullptr);
     }
     xxxFreeNode(block_.ccsidTable);
-    block_.ccsidTable->left = block_.ccsidTable->right = nullptr;
 }
 
 constexpr char kLine[] = "1 0 850 1 2 1\n";
@@ -144,7 +142,6 @@ TEST_F(CCSIDTableTest, FileIsSoughtInOneDirectory) {
         setVariable("DNZ_XLAT_PATH", row.variable);
         writeFile(row.file, kLine);
         startTrace();
-        block_.ccsidTable = nullptr;
         EXPECT_EQ(xxxInitialize(), row.code);
         EXPECT_EQ(block_.ccsidTable != nullptr, row.code == kServiceOk);
         EXPECT_EQ(block_.systemCodePage, 819);

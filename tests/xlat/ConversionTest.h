@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -30,12 +31,11 @@ protected:
 };
 
 // The bytes that `text` writes in hexadecimal.
-inline std::string bytes(std::string_view text) {
+inline std::string bytes(const char* text) {
     std::string result;
     unsigned value = 0;
-    for (int used = 0; std::sscanf(text.data(), "%2x %n", &value, &used) == 1;) {
+    for (int used = 0; std::sscanf(text, "%2x %n", &value, &used) == 1; text += used) {
         result += static_cast<char>(value);
-        text.remove_prefix(static_cast<std::size_t>(used));
     }
     return result;
 }

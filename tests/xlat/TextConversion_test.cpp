@@ -22,9 +22,9 @@ constexpr char kTable[] =
     "28 20 12 3 9 1\n"
     "18 0 12 1 9 1\n";
 
-class StringConversionTest : public ConversionTest {
+class TextConversionTest : public ConversionTest {
 protected:
-    StringConversionTest() {
+    TextConversionTest() {
         writeFile("ccsid.tbl", kTable);
         EXPECT_EQ(xxxInitialize(), kServiceOk);
         std::string single;
@@ -59,7 +59,7 @@ protected:
     }
 };
 
-TEST_F(StringConversionTest, CodesLengthsAndBytes) {
+TEST_F(TextConversionTest, CodesLengthsAndBytes) {
     const struct {
         const char* name;
         std::int32_t from;
@@ -104,15 +104,7 @@ TEST_F(StringConversionTest, CodesLengthsAndBytes) {
     EXPECT_EQ(fdcFile, nullptr);
 }
 
-TEST_F(StringConversionTest, ShortCutsOpenNoTable) {
-    setVariable("DNZ_XLAT_PATH", "/nowhere");
-    EXPECT_EQ(convert(10, 12, "41", 1), "0: 41 /1");
-    EXPECT_EQ(convert(20, 12, "41", 1), "0: 41 /1");
-    EXPECT_EQ(convert(20, 28, "41", 1), "2115: /1");
-    EXPECT_EQ(iconv_list, nullptr);
-}
-
-TEST_F(StringConversionTest, TextsMayShareTheirStorage) {
+TEST_F(TextConversionTest, TextsMayShareTheirStorage) {
     char text[] = "abcdef";
     std::int32_t length = 6;
     EXPECT_EQ(xcsConvertString(77, 77, text, 6, text, &length), kServiceOk);
@@ -123,7 +115,7 @@ TEST_F(StringConversionTest, TextsMayShareTheirStorage) {
 }
 
 // In a process that may only read, write and end itself.
-TEST_F(StringConversionTest, ASecondConversionNeedsNoSystemCall) {
+TEST_F(TextConversionTest, ASecondConversionNeedsNoSystemCall) {
     EXPECT_EQ(convert(20, 21, "81 42", 4), "0: 0E 77 77 0F /4");
     constexpr int kNoSandbox = 2;
     const pid_t child = fork();
@@ -144,7 +136,7 @@ TEST_F(StringConversionTest, ASecondConversionNeedsNoSystemCall) {
     EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
-TEST_F(StringConversionTest, NothingRunsWithoutAControlBlock) {
+TEST_F(TextConversionTest, NothingRunsWithoutAControlBlock) {
     xnzCSCtrl = nullptr;
     EXPECT_EQ(convert(77, 77, "41", 1), std::to_string(xecX_E_SERVICE_UNAVAILABLE) + ": /1");
     CCSIDType type{};

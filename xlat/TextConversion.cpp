@@ -1,15 +1,15 @@
-#include "StringConversion.h"
+#include "TextConversion.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
 #include "CCSIDTable.h"
+#include "CodeConversion.h"
 #include "ControlBlock.h"
 #include "ConverterCache.h"
 #include "FailureReport.h"
 #include "ReturnCodes.h"
-#include "TextConversion.h"
 #include "TraceRecords.h"
 
 namespace {
@@ -125,7 +125,8 @@ std::int32_t checkEncodings(const Side& from, const Side& to) {
     return isMixed && !isHost(to) && !isPc(to) ? NZRC_TARGET_CCSID_ERROR : kServiceOk;
 }
 
-// What became of xxxOpenConv, by the errno that it left.
+// What became of xxxOpenConv, by the errno that it left. Today it leaves one of two; any other
+// would be a fault of ours.
 std::int32_t openFailure(int error) {
     if (error == ENOMEM) {
         return NZRC_STORAGE_NOT_AVAILABLE;
@@ -161,48 +162,7 @@ std::int32_t convertText(Conversion& conversion) {
                        conversion.targetLength, handle, modeOf(from, to), from.leadByteClass);
 }
 
-bool isTable(std::int32_t part) {
-    return part != kNoPart && part != kUnchangedPart;
-}
-
-ConvContext contextOf(std::int32_t singleBytePart, std::int32_t doubleBytePart,
-                      std::int32_t sourceLeadByteClass) {
-    ConvContext context{};
-    context.handle = singleBytePart * kHandleBase + doubleBytePart;
-    context.leadByteClass = sourceLeadByteClass;
-    if (isTable(doubleBytePart)) {
-        const ConvSlot& slot = iconv_list[doubleBytePart - 1];
-        context.dbcsTable = slot.table;
-        context.dbcsTableSize = slot.tableSize;
-        context.leadByteClass = slot.leadByteClass;
-    }
-    if (isTable(singleBytePart)) {
-        context.sbcsTable = iconv_list[singleBytePart - 1].table;
-    }
-    return context;
-}
-
-using Engine = decltype(&TranSBCS);
-
-Engine engineOf(std::int32_t doubleBytePart, ConvMode mode) {
-    if (doubleBytePart == kNoPart) {
-        return TranSBCS;
-    }
-    return mode == ConvHostToPC || mode == ConvHostToHost ? HostPCMM : PCHostMM;
-}
-
 }  // namespace
-
-std::int32_t xxxCodeConv(const unsigned char** source, const std::int32_t* sourceLength,
-                         unsigned char** target, std::int32_t* targetLength, std::int32_t handle,
-                         ConvMode mode, std::int32_t sourceLeadByteClass) {
-    ServiceTraceScope trace("xxxCodeConv");
-    const std::int32_t singleBytePart = handle / kHandleBase;
-    const std::int32_t doubleBytePart = handle % kHandleBase;
-    const ConvContext context = contextOf(singleBytePart, doubleBytePart, sourceLeadByteClass);
-    const Engine engine = engineOf(doubleBytePart, mode);
-    return trace.exitWith(engine(source, sourceLength, target, targetLength, &context, mode));
-}
 
 std::int32_t xcsConvertString(std::int32_t fromCCSID, std::int32_t toCCSID, const char* source,
                               std::int32_t sourceLength, char* target, std::int32_t* targetLength) {
@@ -214,12 +174,12 @@ std::int32_t xcsConvertString(std::int32_t fromCCSID, std::int32_t toCCSID, cons
     if (code != kServiceOk) {
         return trace.exitWith(code);
     }
-    Conversion conversion{{},
-                          {},
-                          reinterpret_cast<const unsigned char*>(source),
-                          sourceLength,
-                          reinterpret_cast<unsigned char*>(target),
-                          targetLength};
+    Conversion conversion{.from = {},
+                          .to = {},
+                          .source = reinterpret_cast<const unsigned char*>(source),
+                          .sourceLength = sourceLength,
+                          .target = reinterpret_cast<unsigned char*>(target),
+                          .targetLength = targetLength};
     code = loadSides(conversion, fromCCSID, toCCSID);
     if (code != kServiceOk) {
         return trace.exitWith(code);
@@ -231,4 +191,18 @@ std::int32_t xcsConvertString(std::int32_t fromCCSID, std::int32_t toCCSID, cons
     settleWidth(conversion.from, conversion.to);
     const bool isCopy = hasSamePages(conversion.from, conversion.to);
     return trace.exitWith(isCopy ? copyText(conversion) : convertText(conversion));
+}
+
+std::int32_t xcsQueryCCSIDType(std::int32_t ccsid, CCSIDType* out) {
+    ServiceTraceScope trace("xcsQueryCCSIDType");
+    if (xnzCSCtrl == nullptr) {
+        return trace.exitWith(xecX_E_SERVICE_UNAVAILABLE);
+    }
+    const CCSIDNode* node = xxxFindNode(xnzCSCtrl->ccsidTable, ccsid);
+    if (node == nullptr) {
+        return trace.exitWith(xecX_S_CCSID_NOT_FOUND);
+    }
+    out->encodingClass = node->encodingClass;
+    out->widthClass = node->widthClass;
+    return kServiceOk;
 }
