@@ -64,9 +64,10 @@ long CGIPartSet::Initialize(const char* buffer, unsigned long length) {
     for (unsigned long n = scanForNumberOfParts(buffer, length); n > 0; --n) {
         const std::string_view field = takeField(form);
         if (!field.empty()) {
-            push(newPart(field));
+            append(newPart(field));
         }
     }
+    sortIndex();
     return kDone;
 }
 

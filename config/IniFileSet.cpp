@@ -227,9 +227,10 @@ void IniFileSet::readEntries(FileReader& file) {
     while (file.readLine(buffer, sizeof buffer)) {
         const IniLine line = splitLine(buffer);
         if (!line.name.empty()) {
-            push(newPartFromLine(line));
+            append(newPartFromLine(line));
         }
     }
+    sortIndex();
     if (!file.failed()) {
         oPopulated = kDone;
     }

@@ -74,15 +74,12 @@ int NameValuePairSet::operator!=(const NameValuePairSet& /*other*/) const {
 }
 
 unsigned long NameValuePairSet::push(NameValuePair* pair) {
-    if (oIndexOfPairs == nullptr || NumberInSet == MaxNumberInSet) {
-        makeRoom();
-    }
-    // The slots in use are sorted, so opening a gap at the right place sorts them again.
-    NameValuePair** end = oIndexOfPairs.get() + NumberInSet;
-    NameValuePair** place = std::upper_bound(oIndexOfPairs.get(), end, pair, standsBefore);
-    std::copy_backward(place, end, end + 1);
+    append(pair);
+    // The other slots are sorted, so opening a gap at the right place sorts them again.
+    NameValuePair** last = oIndexOfPairs.get() + NumberInSet - 1;
+    NameValuePair** place = std::upper_bound(oIndexOfPairs.get(), last, pair, standsBefore);
+    std::copy_backward(place, last, last + 1);
     *place = pair;
-    ++NumberInSet;
     return kDone;
 }
 
@@ -138,14 +135,24 @@ void NameValuePairSet::dump() {
     std::printf("NameValuePairSet-------------End\n");
 }
 
-void NameValuePairSet::sortIndex() {
-    std::qsort(oIndexOfPairs.get(), NumberInSet, kSlotSize, compare);
+void NameValuePairSet::append(NameValuePair* pair) {
+    if (oIndexOfPairs == nullptr || NumberInSet == MaxNumberInSet) {
+        makeRoom();
+    }
+    oIndexOfPairs[NumberInSet] = pair;
+    ++NumberInSet;
 }
 
-// Makes the first index, or one with more slots.
+void NameValuePairSet::sortIndex() {
+    if (NumberInSet > 0) {
+        std::qsort(oIndexOfPairs.get(), NumberInSet, kSlotSize, compare);
+    }
+}
+
+// Makes the first index, or one with twice the slots.
 void NameValuePairSet::makeRoom() {
     if (oIndexOfPairs != nullptr) {
-        MaxNumberInSet += kFirstIndexSize;
+        MaxNumberInSet *= 2;
     }
     oIndexOfPairs = newIndex(MaxNumberInSet, oIndexOfPairs, NumberInSet);
 }

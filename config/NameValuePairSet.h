@@ -3,7 +3,7 @@
 // Results: 1 done, 0 failed; null for no such pair. No argument is null.
 // Ownership: a set owns its index, not its pairs. Pairs are made with `new` and live until the
 // process ends; a copy of a set shares them.
-// Limits: the index grows in steps of its first size, 256. There is one cursor for each set, so a
+// Limits: the index begins with 256 slots and doubles. There is one cursor for each set, so a
 // set may not change during a walk of it.
 #pragma once
 
@@ -40,8 +40,13 @@ public:
     // Writes the set and its pairs to standard output, for the developer's eye.
     void dump();
 
-private:
+protected:
+    // Adds `pair` as the last one, for a set that is filled with many: sortIndex() has to follow
+    // before the set is used. To push each would move the index for each.
+    void append(NameValuePair* pair);
     void sortIndex();
+
+private:
     void makeRoom();
 
     // Slots for MaxNumberInSet pairs; the first NumberInSet are in use. Null in a set that never
