@@ -1,4 +1,4 @@
-// The one collection of the configuration tool: pairs sorted by name at all times, found by
+// The one collection of the configuration tool: pairs sorted by name, found by
 // binary search and walked in name order, never in the order of their arrival.
 // Results: 1 done, 0 failed; null for no such pair. No argument is null.
 // Ownership: a set owns its index, not its pairs. Pairs are made with `new` and live until the
@@ -24,8 +24,8 @@ public:
     int operator==(const NameValuePairSet& other) const;
     int operator!=(const NameValuePairSet& other) const;
 
-    // Adds `pair`. Pairs of equal name stand next to each other, in no
-    // particular order; a caller that wants a name only once asks `find` first. Always 1.
+    // Adds `pair`. Pairs of equal name stand next to each other, in no particular order; a caller
+    // that wants a name only once asks `find` first. Always 1.
     unsigned long push(NameValuePair* pair);
     // Takes out this very pair, found by its address: 1, or 0 when it isn't in the set.
     unsigned long pull(NameValuePair* pair);
@@ -41,8 +41,8 @@ public:
     void dump();
 
 protected:
-    // Adds `pair` as the last one, for a set that is filled with many: sortIndex() has to follow
-    // before the set is used. To push each would move the index for each.
+    // Adds `pair` as the last one, for a fill with many: sortIndex() has to follow before the set
+    // is used. Each push() may move the whole index, which many of them would make slow.
     void append(NameValuePair* pair);
     void sortIndex();
 

@@ -1,5 +1,6 @@
 // dnzcnf, a CGI program (RFC 3875): the configuration tool of the gateway. It serves one request
-// and ends. Exit value: 1 when the request was accepted, 0 when it was refused.
+// and ends. Exit value: 1 when the request named a file to show or save, also if the save was then
+// refused, 0 otherwise.
 #include <fcntl.h>
 #include <poll.h>
 #include <unistd.h>
@@ -36,7 +37,7 @@ void occupyStandardStreams() {
 }
 
 // The body is read in one piece, and the page leaves in pieces as large as a page of memory: a
-// larger buffer spares writes, but costs more for its memory than they do.
+// larger buffer spares writes, but is no faster for it.
 void setBuffers() {
     static char page[4096];
     std::setvbuf(stdin, nullptr, _IONBF, 0);

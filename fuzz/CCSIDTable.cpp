@@ -3,6 +3,7 @@
 
 #include <climits>
 #include <string>
+#include <tuple>
 
 #include "../tests/support/TemporaryDirectory.h"
 #include "CCSIDTableFile.h"
@@ -32,16 +33,25 @@ CCSIDNode* smallestAbove(long long ccsid, CCSIDNode* root) {
     return smallest;
 }
 
-// Walks through the tree by its numbers and returns how many they are. A walk by recursion would
-// need a stack as deep as the tree.
-int requireTree(CCSIDNode* root) {
-    int count = 0;
-    for (CCSIDNode* node = smallestAbove(LLONG_MIN, root); node != nullptr;
-         node = smallestAbove(node->ccsid, root)) {
+bool isSame(const CCSIDNode& left, const CCSIDNode& right) {
+    const auto fields = [](const CCSIDNode& node) {
+        return std::tie(node.ccsid, node.sbcsPage, node.dbcsPage, node.encodingClass,
+                        node.widthClass, node.leadByteClass);
+    };
+    return fields(left) == fields(right);
+}
+
+// Walks through two trees by their numbers. A walk by recursion would need a stack as deep as the
+// tree.
+void requireSameTrees(CCSIDNode* root, CCSIDNode* otherRoot) {
+    CCSIDNode* node = smallestAbove(LLONG_MIN, root);
+    CCSIDNode* other = smallestAbove(LLONG_MIN, otherRoot);
+    for (; node != nullptr && other != nullptr; other = smallestAbove(other->ccsid, otherRoot)) {
         requireNode(root, *node);
-        ++count;
+        require(isSame(*node, *other), "the same lines again change no entry");
+        node = smallestAbove(node->ccsid, root);
     }
-    return count;
+    require(node == nullptr && other == nullptr, "the same lines again add no entry");
 }
 
 CCSIDNode* readTable(const std::string& contents) {
@@ -58,7 +68,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string contents(Input(data, size).rest());
     CCSIDNode* once = readTable(contents);
     CCSIDNode* twice = readTable(contents + "\n" + contents);
-    require(requireTree(once) == requireTree(twice), "the same lines again change nothing");
+    requireSameTrees(once, twice);
     xxxDeleteNode(&once);
     xxxDeleteNode(&twice);
     require(once == nullptr && twice == nullptr, "a deleted tree is empty");

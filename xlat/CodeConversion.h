@@ -1,4 +1,5 @@
-// The inner step of the string conversion, which the driver xcsConvertString leaves the bytes to.
+// The inner step of the text conversion: xcsConvertString chooses tables and mode, and this
+// converts the bytes.
 #pragma once
 
 #include <cstdint>

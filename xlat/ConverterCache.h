@@ -7,8 +7,8 @@
 // if there is none; with letters, 012c01af.tbl or 012C01AF.TBL. Files hold nothing but bytes:
 //   single-byte  256 bytes, the target byte for each source byte; more is ignored
 //   double-byte  256 row numbers, one for each first byte, then rows of 256 pairs from offset 512
-//                on. Row 0 lies over the row numbers. Between 513 and 131072 bytes are read, of
-//                which rows up to 127 can be reached.
+//                on. Row 0 lies over the row numbers. A file has 513 bytes at least, and at most
+//                131072 are read; rows 1 to 127 can be reached, the first 65536 bytes.
 // Limits: 998 tables. Not for more than one caller at a time.
 #pragma once
 

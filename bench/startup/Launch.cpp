@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cstddef>
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
@@ -22,8 +23,8 @@
 
 namespace {
 
-[[noreturn]] void fail(const char* what) {
-    std::perror(what);
+[[noreturn]] void fail(const char* what, const char* why) {
+    std::fprintf(stderr, "%s: %s\n", what, why);
     std::exit(EXIT_FAILURE);
 }
 
@@ -32,7 +33,7 @@ class Pipe {
 public:
     Pipe() {
         if (pipe2(ends_, O_CLOEXEC) != 0) {
-            fail("pipe");
+            fail("launch", "there is no pipe");
         }
     }
     ~Pipe() {
@@ -93,12 +94,12 @@ Start start(char* program, const char* body) {
     int status = 0;
     const auto before = std::chrono::steady_clock::now();
     if (posix_spawn(&child, program, streams.actions(), nullptr, arguments, environ) != 0) {
-        fail(program);
+        fail(program, "it or its input can't be opened");
     }
     page.closeWriter();
     page.drain();
     if (wait4(child, &status, 0, &result.usage) != child || !WIFEXITED(status)) {
-        fail(program);
+        fail(program, "it didn't end by itself");
     }
     const std::chrono::duration<double, std::micro> time =
         std::chrono::steady_clock::now() - before;

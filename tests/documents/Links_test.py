@@ -21,6 +21,7 @@ def headings(path):
 
 class Links(unittest.TestCase):
     def test_targets_are_there(self):
+        self.assertTrue(LINK.search((SOURCE / 'README.md').read_text(encoding='utf-8')))
         for document in DOCUMENTS:
             for name, heading in LINK.findall(document.read_text(encoding='utf-8')):
                 with self.subTest(document.name, name=name, heading=heading):
