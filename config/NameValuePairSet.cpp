@@ -143,7 +143,7 @@ void NameValuePairSet::append(NameValuePair* pair) {
 }
 
 void NameValuePairSet::sortIndex() {
-    if (NumberInSet > 0) {
+    if (oIndexOfPairs != nullptr) {  // qsort takes no null, even for no slots
         std::qsort(oIndexOfPairs.get(), NumberInSet, kSlotSize, compare);
     }
 }

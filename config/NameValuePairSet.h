@@ -1,5 +1,5 @@
-// The one collection of the configuration tool: pairs sorted by name, found by
-// binary search and walked in name order, never in the order of their arrival.
+// The one collection of the configuration tool: pairs sorted by name, found by binary search and
+// walked in name order, never in the order of their arrival.
 // Results: 1 done, 0 failed; null for no such pair. No argument is null.
 // Ownership: a set owns its index, not its pairs. Pairs are made with `new` and live until the
 // process ends; a copy of a set shares them.

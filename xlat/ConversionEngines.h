@@ -20,7 +20,7 @@ enum ConvMode : std::int32_t {
 
 // What an engine needs to know. The tables are borrowed from the cache.
 struct ConvContext {
-    std::int32_t handle;             // which tables these are, for who looks at a record
+    std::int32_t handle;             // which tables these are; the engines don't read it
     const unsigned char* dbcsTable;  // null: pairs pass unchanged
     const unsigned char* sbcsTable;  // null: single bytes pass unchanged
     std::int32_t leadByteClass;

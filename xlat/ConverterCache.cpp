@@ -101,6 +101,7 @@ FileDescriptor openTable(const BoundedText& directory, std::string_view key,
                          std::string_view extension) {
     char path[kPathSize + kTableNameLength];
     BoundedText(path).append(directory.view()).append(key).append(extension);
+    errno = 0;  // what is left of an earlier call is no reason for a failure here
     xnztr_text(path);
     return directory.truncated() ? FileDescriptor{} : openRegularFile(path);
 }

@@ -21,6 +21,8 @@
 #include <random>
 #include <vector>
 
+#include "FileDescriptor.h"
+
 namespace {
 
 [[noreturn]] void fail(const char* what, const char* why) {
@@ -32,33 +34,26 @@ namespace {
 class Pipe {
 public:
     Pipe() {
-        if (pipe2(ends_, O_CLOEXEC) != 0) {
+        int ends[2];
+        if (pipe2(ends, O_CLOEXEC) != 0) {
             fail("launch", "there is no pipe");
         }
+        reader_ = FileDescriptor(ends[0]);
+        writer_ = FileDescriptor(ends[1]);
     }
-    ~Pipe() {
-        close(ends_[0]);
-        closeWriter();
-    }
-    Pipe(const Pipe&) = delete;
-    Pipe& operator=(const Pipe&) = delete;
 
-    [[nodiscard]] int writer() const { return ends_[1]; }
-    void closeWriter() {
-        if (ends_[1] >= 0) {
-            close(ends_[1]);
-            ends_[1] = -1;
-        }
-    }
+    [[nodiscard]] int writer() const { return writer_.number(); }
+    void closeWriter() { close(writer_.release()); }
     // Reads to the end, which comes when nobody can write any more, and drops what it reads.
     void drain() const {
         static char buffer[1 << 16];
-        while (read(ends_[0], buffer, sizeof buffer) > 0) {
+        while (read(reader_.number(), buffer, sizeof buffer) > 0) {
         }
     }
 
 private:
-    int ends_[2]{};
+    FileDescriptor reader_;
+    FileDescriptor writer_;
 };
 
 // The standard streams of a program.
