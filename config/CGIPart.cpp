@@ -1,9 +1,11 @@
-#include "CGIPart.h"
+#include "config/CGIPart.h"
 
 #include <cstring>
 
-#include "ServiceCalls.h"
-#include "URLDecoder.h"
+#include "config/URLDecoder.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 CGIPart::CGIPart() {
     const TraceScope trace("CGIPart::CGIPart");

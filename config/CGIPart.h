@@ -1,7 +1,7 @@
 // One field of a submitted form, decoded.
 #pragma once
 
-#include "NameValuePair.h"
+#include "config/NameValuePair.h"
 
 // Name and value are decoded texts; the stored lengths are those of these texts. A field that was
 // sent with an empty value has a null value.

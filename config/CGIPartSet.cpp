@@ -1,13 +1,15 @@
-#include "CGIPartSet.h"
+#include "config/CGIPartSet.h"
 
 #include <algorithm>
 #include <cstring>
 #include <string_view>
 
-#include "BoundedText.h"
-#include "CGIPart.h"
-#include "Results.h"
-#include "ServiceCalls.h"
+#include "config/CGIPart.h"
+#include "config/Results.h"
+#include "services/base/Text.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -109,16 +111,15 @@ long CGIPartSet::getPartValue(const char* name, char* buffer, unsigned long* len
 }
 
 unsigned long CGIPartSet::scanForNumberOfParts(const char* buffer, unsigned long length) {
-    char text[kTraceTextSize];
-    BoundedText(text).appendf("CGIPartSet::scanForNumberOfParts l=%lu", length);
-    const TraceScope trace(text, "CGIPartSet::scanForNumberOfParts");
+    FixedText<kTraceTextSize> label;
+    label.appendf("CGIPartSet::scanForNumberOfParts l=%lu", length);
+    const TraceScope trace(label.c_str(), "CGIPartSet::scanForNumberOfParts");
     unsigned long count = 0;
     if (length > 0) {
         count = static_cast<unsigned long>(std::count(buffer, buffer + length, '&')) + 1;
     } else {
         dnzxtr_text("No part data");
     }
-    BoundedText(text).appendf("numberOfParts=%lu", count);
-    dnzxtr_text(text);
+    dnzxtr_text(FixedText<kTraceTextSize>().appendf("numberOfParts=%lu", count).c_str());
     return count;
 }

@@ -3,7 +3,7 @@
 // Ownership: the parts are made here and, as in every set, never deleted. A copy shares them.
 #pragma once
 
-#include "NameValuePairSet.h"
+#include "config/NameValuePairSet.h"
 
 class CGIPart;
 

@@ -1,11 +1,14 @@
-#include "ConfigurationSet.h"
+#include "config/ConfigurationSet.h"
 
 #include <cstring>
 
-#include "CGIPart.h"
-#include "Results.h"
-#include "ServiceCalls.h"
-#include "WebInterface.h"
+#include "config/CGIPart.h"
+#include "config/Results.h"
+#include "frontend/interface/WebInterface.h"
+#include "services/base/Text.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -77,7 +80,7 @@ int ConfigurationSet::validValue(NameValuePair* pair) {
         return 1;
     }
     const char* value = pair->getValue();
-    return value != nullptr && value[0] != '\0' ? 1 : 0;
+    return isNullOrEmpty(value) ? 0 : 1;
 }
 
 // A field without a value names no file, an empty one an empty name.

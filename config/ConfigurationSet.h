@@ -4,9 +4,9 @@
 // Ownership: the three sets are embedded; the request body is borrowed from the web interface.
 #pragma once
 
-#include "CGIPartSet.h"
-#include "IniFileSet.h"
-#include "NameValuePair.h"
+#include "config/CGIPartSet.h"
+#include "config/IniFileSet.h"
+#include "config/NameValuePair.h"
 
 class WebInterface;
 

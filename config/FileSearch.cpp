@@ -1,4 +1,4 @@
-#include "FileSearch.h"
+#include "config/FileSearch.h"
 
 #include <cstdlib>
 #include <cstring>
@@ -7,25 +7,21 @@
 #include <string>
 #include <string_view>
 
-#include "BoundedText.h"
-#include "RegularFile.h"
-#include "Results.h"
-#include "ServiceCalls.h"
+#include "config/Results.h"
+#include "services/base/File.h"
+#include "services/base/Path.h"
+#include "services/base/Text.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 
 constexpr char kSeparator = ':';
-constexpr char kProductDirectories[] = ":/opt/nzm/bin:/var/nzm:";
 constexpr char kLanguageRoot[] = "/opt/nzm/html/dnzgate/";
 constexpr char kDefaultLanguage[] = "en_US";
 constexpr std::size_t kCodeLength = 5;
 constexpr int kOverwrite = 1;
-
-// Case by the portable characters alone, whatever the locale.
-char upperCase(char character) {
-    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
-                                                : character;
-}
 
 bool isDefaultLanguage(std::string_view language) {
     return language.starts_with("en") || language.starts_with("En") || language == "C" ||
@@ -61,8 +57,12 @@ std::string languageCode(const char* language) {
 
 void appendSearchDirectories() {
     const char* present = std::getenv("PATH");
-    const std::string path = std::string(present != nullptr ? present : "")
-                                 .append(kProductDirectories)
+    const std::string path = std::string(viewOf(present))
+                                 .append(":")
+                                 .append(kProgramDirectory)
+                                 .append(":")
+                                 .append(kDataDirectory)
+                                 .append(":")
                                  .append(kLanguageRoot)
                                  .append(languageCode(std::getenv("LANG")));
     setenv("PATH", path.c_str(), kOverwrite);

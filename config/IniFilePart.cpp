@@ -1,8 +1,10 @@
-#include "IniFilePart.h"
+#include "config/IniFilePart.h"
 
 #include <cstring>
 
-#include "ServiceCalls.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 IniFilePart::IniFilePart() {
     const TraceScope trace("IniFilePart::IniFilePart");

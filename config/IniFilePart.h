@@ -1,10 +1,14 @@
 // One entry of an ini file: a name, a value and a description.
 #pragma once
 
-#include "NameValuePair.h"
+#include "config/NameValuePair.h"
+
+namespace dnz {
 
 // Stands in front of a description, in the file and in the stored text.
 constexpr char kDescriptionMark = '#';
+
+}  // namespace dnz
 
 // Value and description share the one value array of the pair, in one of three shapes:
 //   value             the value, a zero byte, then text in which `#` brings in the description

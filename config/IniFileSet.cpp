@@ -1,4 +1,4 @@
-#include "IniFileSet.h"
+#include "config/IniFileSet.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -6,13 +6,14 @@
 #include <string_view>
 #include <vector>
 
-#include "BoundedText.h"
-#include "FileSearch.h"
-#include "IniFilePart.h"
-#include "Results.h"
-#include "ServiceCalls.h"
-#include "Sizes.h"
-#include "TextView.h"
+#include "config/FileSearch.h"
+#include "config/IniFilePart.h"
+#include "config/Results.h"
+#include "services/base/Path.h"
+#include "services/base/Text.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -216,10 +217,9 @@ int IniFileSet::saveIniFile(const char* path) {
         return trace.exitWith(kFailed);
     }
     for (const NameValuePair* part = getFirst(); part != nullptr; part = getNext()) {
-        char buffer[kWrittenLine];
-        BoundedText line(buffer);
+        FixedText<kWrittenLine> line;
         buildLine(line, *part);
-        std::fprintf(file.get(), "%s\n", buffer);
+        std::fprintf(file.get(), "%s\n", line.c_str());
     }
     return trace.exitWith(kDone);
 }

@@ -15,8 +15,8 @@
 #include <optional>
 #include <string>
 
-#include "NameValuePairSet.h"
-#include "RegularFile.h"
+#include "config/NameValuePairSet.h"
+#include "services/base/File.h"
 
 class IniFileSet : public NameValuePairSet {
 public:
@@ -60,7 +60,7 @@ public:
     [[nodiscard]] int saveIniFile(const char* path);
 
 private:
-    void readEntries(FileReader& file);
+    void readEntries(dnz::FileReader& file);
 
     std::optional<std::string> oIniFileName;
     std::optional<std::string> oIniFilePath;

@@ -1,12 +1,14 @@
-#include "NameValuePair.h"
+#include "config/NameValuePair.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
 
-#include "ServiceCalls.h"
-#include "TextView.h"
+#include "services/base/Text.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 

@@ -1,12 +1,14 @@
-#include "NameValuePairSet.h"
+#include "config/NameValuePairSet.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
-#include "NameValuePair.h"
-#include "Results.h"
+#include "config/NameValuePair.h"
+#include "config/Results.h"
+
+using namespace dnz;
 
 namespace {
 

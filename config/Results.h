@@ -2,5 +2,9 @@
 // (In the services it is the other way round: 0 is success.)
 #pragma once
 
+namespace dnz {
+
 constexpr int kDone = 1;
 constexpr int kFailed = 0;
+
+}  // namespace dnz

@@ -1,12 +1,14 @@
-#include "URLDecoder.h"
+#include "config/URLDecoder.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
 
-#include "BoundedText.h"
-#include "ServiceCalls.h"
+#include "services/base/Text.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 

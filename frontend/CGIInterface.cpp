@@ -1,19 +1,20 @@
-#include "CGIInterface.h"
+#include "frontend/CGIInterface.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 
-#include "BoundedText.h"
-#include "CTextHandle.h"
-#include "Cache.h"
-#include "ConfigurationSet.h"
-#include "ContextName.h"
-#include "Numbers.h"
-#include "Results.h"
-#include "ServiceCalls.h"
-#include "URLDecoder.h"
+#include "config/ConfigurationSet.h"
+#include "config/Results.h"
+#include "config/URLDecoder.h"
+#include "frontend/ContextName.h"
+#include "frontend/interface/Cache.h"
+#include "services/base/Handle.h"
+#include "services/base/Text.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -112,9 +113,7 @@ void CGIInterface::readContentLength() {
 
 void CGIInterface::readBody() {
     const unsigned long length = inputBufferLength;
-    char text[80];
-    BoundedText(text).appendf("CONTENT_LENGTH = %lu", length);
-    dnzxtr_text(text);
+    dnzxtr_text(FixedText<80>().appendf("CONTENT_LENGTH = %lu", length).c_str());
     inputBuffer = std::make_unique_for_overwrite<char[]>(length + 1);
     const std::size_t received = std::fread(inputBuffer.get(), 1, length, stdin);
     if (received == length) {
@@ -122,8 +121,9 @@ void CGIInterface::readBody() {
         ++inputBufferLength;
         return;
     }
-    BoundedText(text).appendf("CONTENT_LENGTH is %lu, but only %zu bytes came\n", length, received);
-    LogError(text);
+    FixedText<80> text;
+    text.appendf("CONTENT_LENGTH is %lu, but only %zu bytes came\n", length, received);
+    LogError(text.c_str());
     inputBuffer.reset();
     inputBufferLength = 0;
 }

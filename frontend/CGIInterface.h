@@ -3,7 +3,7 @@
 // Results: 1 done. Write errors are not detected.
 #pragma once
 
-#include "WebInterface.h"
+#include "frontend/interface/WebInterface.h"
 
 class CGIInterface : public WebInterface {
 public:

@@ -1,22 +1,24 @@
-#include "ConfigDisplay.h"
+#include "frontend/ConfigDisplay.h"
 
 #include <cstdint>
 
-#include "BoundedText.h"
-#include "FormFields.h"
-#include "HTMLPage.h"
-#include "MessageNumbers.h"
-#include "MessageText.h"
-#include "NameValuePair.h"
-#include "ServiceCalls.h"
-#include "WebInterface.h"
+#include "config/NameValuePair.h"
+#include "frontend/FormFields.h"
+#include "frontend/HTMLPage.h"
+#include "frontend/MessageNumbers.h"
+#include "frontend/interface/WebInterface.h"
+#include "services/base/Text.h"
+#include "services/outer/MessageText.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 
 constexpr char kHidden[] = "HIDDEN";
 
 // The page of one operation: each operation looks its web interface up once.
-class Page {
+class PageWriter {
 public:
     void write(const char* text) { web_.write_text(text, 0); }
     void writeMessage(std::int32_t number) { write(MessageText(number).text()); }
@@ -27,7 +29,7 @@ private:
 
 // Here and in the next one the names of the fields are part of the pieces: a piece of its own for
 // each would show in the trace.
-void writeNewEntryTable(Page& page) {
+void writeNewEntryTable(PageWriter& page) {
     page.write("</TABLE>\n<P>");
     page.writeMessage(kNewEntryText);
     page.write("</P>\n");
@@ -46,7 +48,7 @@ void writeNewEntryTable(Page& page) {
     page.write("</TABLE>\n");
 }
 
-void writeSaveName(Page& page, const char* saveFile) {
+void writeSaveName(PageWriter& page, const char* saveFile) {
     page.write("<PRE>");
     page.write("<STRONG><FONT size=+1>\n");
     page.writeMessage(kSaveNameLabel);
@@ -76,7 +78,7 @@ void ConfigDisplay::insertRow(NameValuePair* pair) {
     if (pair == nullptr) {
         return;
     }
-    Page page;
+    PageWriter page;
     const int row = rowCount++;
     page.write("<TR>\n");
     write_data_field(pair->getName());
@@ -89,22 +91,21 @@ void ConfigDisplay::insertRow(NameValuePair* pair) {
 
 void ConfigDisplay::endTable(const char* hideFile, const char* saveFile, const char* filePath) {
     HTMLPage closingPage("dnzcnf3.htm");
-    Page page;
+    PageWriter page;
     writeNewEntryTable(page);
     if (filePath != nullptr) {
         write_input_field(kFilePathField, filePath, kHidden);
     }
     writeSaveName(page, saveFile);
-    char count[16];
-    BoundedText(count).appendf("%d", rowCount);
-    write_input_field(kRowCountField, count, kHidden);
+    FixedText<16> count;
+    write_input_field(kRowCountField, count.appendf("%d", rowCount).c_str(), kHidden);
     write_input_field(kShownFileField, hideFile, kHidden);
     static_cast<void>(closingPage.writeToStdout());  // a missing page has left its message
     rowCount = 0;
 }
 
 void ConfigDisplay::write_input_field(const char* name, const char* value, const char* hidden) {
-    Page page;
+    PageWriter page;
     page.write(hidden != nullptr ? "<TD><INPUT TYPE= HIDDEN " : "<TD><INPUT TYPE= INPUT ");
     page.write(" NAME= ");
     page.write(name);
@@ -116,7 +117,7 @@ void ConfigDisplay::write_input_field(const char* name, const char* value, const
 }
 
 void ConfigDisplay::write_checkbox_field(const char* name) {
-    Page page;
+    PageWriter page;
     page.write("<TD><INPUT TYPE= CHECKBOX ");
     page.write(" NAME= ");
     page.write(name);
@@ -124,7 +125,7 @@ void ConfigDisplay::write_checkbox_field(const char* name) {
 }
 
 void ConfigDisplay::write_data_field(const char* text) {
-    Page page;
+    PageWriter page;
     page.write("<TD> ");
     page.write(text);
     page.write("</TD>");

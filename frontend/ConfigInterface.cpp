@@ -1,19 +1,20 @@
-#include "ConfigInterface.h"
+#include "frontend/ConfigInterface.h"
 
 #include <cstring>
 
-#include "BoundedText.h"
-#include "CGIPart.h"
-#include "ConfigDisplay.h"
-#include "FormFields.h"
-#include "MessageNumbers.h"
-#include "MessageText.h"
-#include "NameValuePair.h"
-#include "Numbers.h"
-#include "Results.h"
-#include "ServiceCalls.h"
-#include "Sizes.h"
-#include "WebInterface.h"
+#include "config/CGIPart.h"
+#include "config/NameValuePair.h"
+#include "config/Results.h"
+#include "frontend/ConfigDisplay.h"
+#include "frontend/FormFields.h"
+#include "frontend/MessageNumbers.h"
+#include "frontend/interface/WebInterface.h"
+#include "services/base/Path.h"
+#include "services/base/Text.h"
+#include "services/outer/MessageText.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -31,7 +32,7 @@ struct ConfigInterface::Row {
     char* description;
     char* exclude;
 
-    [[nodiscard]] bool hasName() const { return name != nullptr && *name != '\0'; }
+    [[nodiscard]] bool hasName() const { return !isNullOrEmpty(name); }
 };
 
 ConfigInterface::ConfigInterface() {
@@ -125,15 +126,14 @@ void ConfigInterface::Savecfg() {
 
 // Saves in the directory in which the shown file was found, unless the name has one of its own.
 int ConfigInterface::saveEntries() {
-    char targetBuffer[kPathSize];
-    BoundedText target(targetBuffer);
+    FixedText<kPathSize> target;
     const char* directory = getFieldValue(kFilePathField);
     if (directory != nullptr && !isRooted(iniSaveFile)) {
         target.append(directory);
     }
     target.append(iniSaveFile);
-    dnzxtr_text(targetBuffer);
-    return target.truncated() ? kFailed : iniParts.saveIniFile(targetBuffer);
+    dnzxtr_text(target.c_str());
+    return target.truncated() ? kFailed : iniParts.saveIniFile(target.c_str());
 }
 
 void ConfigInterface::Compare() {

@@ -10,14 +10,18 @@
 #include <optional>
 #include <string>
 
-#include "CGIPartSet.h"
-#include "IniFileSet.h"
+#include "config/CGIPartSet.h"
+#include "config/IniFileSet.h"
+
+namespace dnz {
 
 // What a request asks for.
 constexpr int kUndecided = 0;
 constexpr int kSave = 1;
 constexpr int kRedisplay = 2;
 constexpr int kOpen = 3;
+
+}  // namespace dnz
 
 class ConfigInterface {
 public:
@@ -73,7 +77,7 @@ private:
     int refuse(int message, const char* insert = nullptr);
 
     CGIPartSet formParts;
-    int operation = kUndecided;
+    int operation = dnz::kUndecided;
     std::optional<std::string> iniCFGFile;  // the file that the form shows
     IniFileSet iniParts;                    // what the form wants saved
     IniFileSet excludedParts;               // the ticked rows

@@ -1,13 +1,14 @@
 // The tests that every entry of a form passes before it is saved.
-#include <cstring>
 #include <string_view>
 
-#include "ConfigInterface.h"
-#include "MessageNumbers.h"
-#include "NameValuePair.h"
-#include "Results.h"
-#include "ServiceCalls.h"
-#include "TextView.h"
+#include "config/NameValuePair.h"
+#include "config/Results.h"
+#include "frontend/ConfigInterface.h"
+#include "frontend/MessageNumbers.h"
+#include "services/base/Text.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -46,9 +47,9 @@ struct Entry {
 };
 
 // Reports the faults of the entries; the first report opens the page.
-class Reports {
+class FaultReports {
 public:
-    explicit Reports(ConfigInterface& controller) : controller_(controller) {}
+    explicit FaultReports(ConfigInterface& controller) : controller_(controller) {}
 
     void report(int message, const Entry& entry) {
         controller_.OutputMessage(message, isEmpty_ ? 1 : 0, nullptr, nullptr);
@@ -76,7 +77,7 @@ bool holdsOnly(std::string_view value, std::string_view characters) {
     return value.find_first_not_of(characters) == std::string_view::npos;
 }
 
-void checkLength(const Entry& entry, Reports& reports) {
+void checkLength(const Entry& entry, FaultReports& reports) {
     const std::size_t length =
         entry.name.size() + entry.value.size() + entry.description.size() + kEntryFrame;
     if (length > kLongestEntry) {
@@ -84,7 +85,7 @@ void checkLength(const Entry& entry, Reports& reports) {
     }
 }
 
-void checkQueueValue(const Entry& entry, Reports& reports) {
+void checkQueueValue(const Entry& entry, FaultReports& reports) {
     if (entry.value.empty()) {
         return;
     }
@@ -99,20 +100,21 @@ void checkQueueValue(const Entry& entry, Reports& reports) {
     }
 }
 
-// Brings every mix of upper and lower case of the two words into the one that is saved.
-void normaliseContext(char* value) {
+// Brings every mix of upper and lower case of the two words into the one that is saved. The entry
+// shows the change.
+void normaliseContext(const Entry& entry) {
+    char* value = entry.pair.get_oValue();
     const auto change = [value](std::size_t position, char from, char to) {
         if (value[position] == from) {
             value[position] = to;
         }
     };
-    const std::size_t length = std::strlen(value);
-    if (length == kContextNone.size()) {
+    if (entry.value.size() == kContextNone.size()) {
         change(0, 'n', 'N');
         change(1, 'O', 'o');
         change(2, 'N', 'n');
         change(3, 'E', 'e');
-    } else if (length == kContextAll.size()) {
+    } else if (entry.value.size() == kContextAll.size()) {
         change(0, 'a', 'A');
         change(1, 'L', 'l');
         change(2, 'L', 'l');
@@ -120,17 +122,13 @@ void normaliseContext(char* value) {
 }
 
 // An entry with no value leaves the context to the gateway and passes.
-void checkContext(const Entry& entry, Reports& reports) {
-    if (entry.valueText == nullptr) {
-        return;
-    }
-    normaliseContext(entry.pair.get_oValue());
-    if (entry.value != kContextNone && entry.value != kContextAll) {
+void checkContext(const Entry& entry, FaultReports& reports) {
+    if (entry.valueText != nullptr && entry.value != kContextNone && entry.value != kContextAll) {
         reports.report(kContextWord, entry);
     }
 }
 
-void checkOtherValue(const Entry& entry, Reports& reports) {
+void checkOtherValue(const Entry& entry, FaultReports& reports) {
     if (entry.value.find(' ') != std::string_view::npos) {
         reports.report(kValueBlank, entry);
     }
@@ -141,6 +139,7 @@ void checkOtherValue(const Entry& entry, Reports& reports) {
         reports.report(kWaitIntervalCharacter, entry);
     }
     if (entry.name == kContext) {
+        normaliseContext(entry);
         checkContext(entry, reports);
     }
 }
@@ -149,7 +148,7 @@ void checkOtherValue(const Entry& entry, Reports& reports) {
 
 int ConfigInterface::Validate() {
     TraceScope trace("ConfigInterface::Validate");
-    Reports reports(*this);
+    FaultReports reports(*this);
     for (NameValuePair* pair = iniParts.getFirst(); pair != nullptr; pair = iniParts.getNext()) {
         const Entry entry(*pair);
         checkLength(entry, reports);

@@ -5,6 +5,8 @@
 #include <charconv>
 #include <cstddef>
 
+namespace dnz {
+
 // From the entry page: its presence asks for an open, and the name of the file to open.
 constexpr char kOpenField[] = "dnzcnf";
 constexpr char kOpenFileField[] = "dnzINIfile";
@@ -43,3 +45,5 @@ private:
 
     char name_[kSize];
 };
+
+}  // namespace dnz

@@ -1,16 +1,18 @@
-#include "HTMLPage.h"
+#include "frontend/HTMLPage.h"
 
 #include <cstring>
 
-#include "BoundedText.h"
-#include "FileSearch.h"
-#include "MessageNumbers.h"
-#include "MessageText.h"
-#include "RegularFile.h"
-#include "Results.h"
-#include "ServiceCalls.h"
-#include "Sizes.h"
-#include "WebInterface.h"
+#include "config/FileSearch.h"
+#include "config/Results.h"
+#include "frontend/MessageNumbers.h"
+#include "frontend/interface/WebInterface.h"
+#include "services/base/File.h"
+#include "services/base/Path.h"
+#include "services/base/Text.h"
+#include "services/outer/MessageText.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 

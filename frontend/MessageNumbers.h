@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace dnz {
+
 constexpr std::int32_t kTemplateMissing = 0x40001000;  // insert: the file name
 constexpr std::int32_t kSaveNameLabel = 0x40001004;
 constexpr std::int32_t kFailureTitle = 0x40001005;
@@ -29,3 +31,5 @@ constexpr std::int32_t kEntryLength = 0x40001033;
 constexpr std::int32_t kWaitIntervalCharacter = 0x40001035;
 constexpr std::int32_t kContextWord = 0x40001036;
 constexpr std::int32_t kFileNotReadable = 0x40001037;  // insert: the file name
+
+}  // namespace dnz

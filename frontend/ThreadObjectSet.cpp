@@ -1,18 +1,18 @@
-#include "ThreadObjectSet.h"
+#include "frontend/ThreadObjectSet.h"
 
 #include <pthread.h>
 
 #include <cstdlib>
 
-#include "BoundedText.h"
-#include "ServiceCalls.h"
+#include "services/base/Text.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 
 void traceId(const char* label, int digits, long id) {
-    char text[50];
-    BoundedText(text).appendf(" %s=%*.*lx", label, digits, digits, id);
-    dnzxtr_text(text);
+    dnzxtr_text(FixedText<50>().appendf(" %s=%*.*lx", label, digits, digits, id).c_str());
 }
 
 }  // namespace
@@ -44,7 +44,7 @@ long ThreadObjectSet::getThreadId() {
     const TraceScope trace("getThreadId");
     const auto id = static_cast<long>(pthread_self());
     const long normalisedId = id % kSlots;
-    if (dnzxtr_isOn()) {  // each piece of the page comes by here
+    if (startedAndTracing()) {  // each piece of the page comes by here
         traceId("PosixThreadId", 16, id);
         traceId("ThreadId", 8, id);
         traceId("Normalised ThreadId", 8, normalisedId);

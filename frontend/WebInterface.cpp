@@ -1,7 +1,9 @@
-#include "WebInterface.h"
+#include "frontend/interface/WebInterface.h"
 
-#include "ConfigurationSet.h"
-#include "ThreadObjectSet.h"
+#include "config/ConfigurationSet.h"
+#include "frontend/ThreadObjectSet.h"
+
+using namespace dnz;
 
 WebInterface* WebInterface::Instance() {
     return static_cast<WebInterface*>(ThreadObjectSet::Instance()->query());

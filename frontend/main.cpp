@@ -12,11 +12,13 @@
 #include <cstring>
 #include <iterator>
 
-#include "CGIInterface.h"
-#include "ConfigInterface.h"
-#include "MessageNumbers.h"
-#include "MessageText.h"
-#include "ServiceCalls.h"
+#include "frontend/CGIInterface.h"
+#include "frontend/ConfigInterface.h"
+#include "frontend/MessageNumbers.h"
+#include "services/outer/MessageText.h"
+#include "services/outer/ServiceCalls.h"
+
+using namespace dnz;
 
 namespace {
 

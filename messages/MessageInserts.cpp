@@ -1,4 +1,4 @@
-#include "MessageInserts.h"
+#include "messages/MessageInserts.h"
 
 #include <array>
 #include <cinttypes>
@@ -6,13 +6,14 @@
 #include <cstring>
 #include <string_view>
 
-#include "BoundedText.h"
-#include "CTextHandle.h"
-#include "ControlBlock.h"
-#include "FailureReport.h"
-#include "ReturnCodes.h"
-#include "TextView.h"
-#include "TraceRecords.h"
+#include "services/base/Handle.h"
+#include "services/base/ReturnCodes.h"
+#include "services/base/Text.h"
+#include "services/inner/ControlBlock.h"
+#include "services/inner/FailureReport.h"
+#include "services/inner/TraceRecords.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -160,6 +161,6 @@ std::int32_t AddInserts(const char* messageTemplate, char* buffer, std::uint32_t
             return isCut ? marker : values.valueOf(marker, kMarkersOfAddInserts, "Bad insert!\n");
         },
         [&out](std::string_view piece) { out.append(piece); });
-    const bool isFull = out.length() + 1 >= size;
+    const bool isFull = out.view().size() + 1 >= size;
     return isFull ? xecE_W_TEXT_TRUNCATED : code;
 }

@@ -8,7 +8,7 @@
 
 #include <cstdint>
 
-#include "Inserts.h"
+#include "services/base/Inserts.h"
 
 // Expands `messageTemplate` into storage of its own. On 0, `*text` is the finished text, which
 // the caller releases with free(), and `*length` its length without the terminator. xecS_E_NONE

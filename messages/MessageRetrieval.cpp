@@ -1,19 +1,18 @@
-#include "MessageRetrieval.h"
-
-#include <nl_types.h>
+#include "messages/MessageRetrieval.h"
 
 #include <array>
 #include <clocale>
-#include <cstdlib>
 #include <cstring>
 #include <string_view>
 
-#include "BoundedText.h"
-#include "CTextHandle.h"
-#include "ControlBlock.h"
-#include "MessageInserts.h"
-#include "ReturnCodes.h"
-#include "TraceRecords.h"
+#include "messages/MessageCatalogue.h"
+#include "messages/MessageInserts.h"
+#include "services/base/Handle.h"
+#include "services/base/ReturnCodes.h"
+#include "services/base/Text.h"
+#include "services/inner/TraceRecords.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -22,10 +21,6 @@ constexpr std::int32_t kReplacementNumber = 0x6090;
 constexpr char kSectionEnd = '\x14';
 constexpr std::size_t kSectionCount = 3;
 constexpr std::size_t kFoldColumns = 80;
-
-constexpr char kDefaultCatalogue[] = "/usr/lib/locale/C/LC_MESSAGES/dnz.cat";
-constexpr char kProductCatalogue[] = "/opt/nzm/bin/dnz.cat";
-constexpr char kNamedCatalogue[] = "dnz";
 
 struct Destination {
     char* buffer;
@@ -54,38 +49,6 @@ public:
 
 private:
     CTextHandle name_;
-};
-
-// An open message catalogue (catopen, X/Open), closed with the object.
-class Catalogue {
-public:
-    Catalogue() = default;
-    ~Catalogue() {
-        if (isOpen_) {
-            catclose(descriptor_);
-        }
-    }
-    Catalogue(const Catalogue&) = delete;
-    Catalogue& operator=(const Catalogue&) = delete;
-
-    [[nodiscard]] bool isOpen() const { return isOpen_; }
-
-    bool tryOpen(const char* name) {
-        constexpr std::intptr_t kFailed = -1;
-        descriptor_ = catopen(name, 0);
-        isOpen_ = reinterpret_cast<std::intptr_t>(descriptor_) != kFailed;
-        xnztr_text(name);
-        return isOpen_;
-    }
-    // Empty where the catalogue has no such text. Borrowed from the catalogue.
-    [[nodiscard]] const char* text(int id) const {
-        constexpr int kMessageSet = 1;
-        return catgets(descriptor_, kMessageSet, id, "");
-    }
-
-private:
-    nl_catd descriptor_ = nullptr;
-    bool isOpen_ = false;
 };
 
 // The four groups of a message number, the highest first.
@@ -122,23 +85,6 @@ std::int32_t checkArguments(std::int32_t control, const Destinations& destinatio
         anyWanted = anyWanted || destination.size != 0;
     }
     return anyWanted ? kServiceOk : xecE_E_INVALID_BUFFLEN;
-}
-
-bool isPlainLanguage(const char* language) {
-    return language != nullptr &&
-           (std::strcmp(language, "C") == 0 || std::strcmp(language, "POSIX") == 0);
-}
-
-bool openCatalogue(Catalogue& catalogue) {
-    const bool isPlain = isPlainLanguage(std::getenv("LANG"));
-    if (catalogue.tryOpen(isPlain ? kProductCatalogue : kDefaultCatalogue)) {
-        return true;
-    }
-    if (xnzCSCtrl != nullptr && catalogue.tryOpen(xnzCSCtrl->serviceName)) {
-        return true;
-    }
-    return catalogue.tryOpen(kDefaultCatalogue) || catalogue.tryOpen(kNamedCatalogue) ||
-           catalogue.tryOpen(kProductCatalogue);
 }
 
 Sections splitSections(std::string_view text) {
@@ -189,7 +135,7 @@ public:
 
     // Finds the text and fills in the inserts.
     std::int32_t fetch(const xcsINSERTS& inserts, std::int32_t ccsid) {
-        if (!openCatalogue(catalogue_)) {
+        if (!catalogue_.open()) {
             finished_ = "Velmora was unable to open a message catalog.";
             xnztr_text("...Message file not found");
             return kServiceOk;
@@ -234,9 +180,9 @@ private:
 
     const char* findTemplate() {
         const int id = catalogueIdOf(numberInUse_);
-        char record[32];
-        BoundedText(record).appendf("Extract message x'%4.4Xx'", static_cast<unsigned>(id));
-        xnztr_text(record);
+        FixedText<32> record;
+        record.appendf("Extract message x'%4.4Xx'", static_cast<unsigned>(id));
+        xnztr_text(record.c_str());
         const char* text = catalogue_.text(id);
         if (*text == '\0') {
             substitute();
@@ -282,7 +228,7 @@ private:
     std::int32_t number_;       // as the caller gave it
     std::int32_t numberInUse_;  // the replacement, where one took place
     std::int32_t control_;
-    Catalogue catalogue_;
+    MessageCatalogue catalogue_;
     CTextHandle storage_;
     std::string_view finished_;
     bool isSubstituted_ = false;

@@ -18,9 +18,11 @@
 #include <utility>
 #include <vector>
 
-#include "LeadBytes.h"
-#include "Numbers.h"
-#include "StreamHandle.h"
+#include "xlat/LeadBytes.h"
+#include "services/base/Text.h"
+#include "services/base/Handle.h"
+
+using namespace dnz;
 
 namespace {
 

@@ -1,10 +1,12 @@
-#include "CCSIDTable.h"
+#include "xlat/CCSIDTable.h"
 
 #include <algorithm>
 #include <iterator>
 #include <new>
 
-#include "ReturnCodes.h"
+#include "services/base/ReturnCodes.h"
+
+using namespace dnz;
 
 CCSIDNode* xxxFindNode(CCSIDNode* root, std::int32_t ccsid) {
     CCSIDNode* node = root;
@@ -31,7 +33,7 @@ CCSIDNode* xxxCreateNode(const CCSIDEntry* entry) {
     return node;
 }
 
-void setNodeFields(CCSIDNode* node, const CCSIDEntry& entry) {
+void dnz::setNodeFields(CCSIDNode* node, const CCSIDEntry& entry) {
     node->ccsid = entry.ccsid;
     node->sbcsPage = entry.sbcsPage;
     node->dbcsPage = entry.dbcsPage;

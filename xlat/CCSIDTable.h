@@ -8,6 +8,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace dnz {
+
 // A page number as text: four lower-case hexadecimal digits and a terminator.
 constexpr std::size_t kPageTextSize = 5;
 
@@ -25,6 +27,8 @@ constexpr std::int32_t kHostEncoding = 1;
 constexpr std::int32_t kPcEncoding = 2;
 constexpr std::int32_t kOtherPcEncoding = 3;
 
+}  // namespace dnz
+
 // One line of the table file.
 struct CCSIDEntry {
     std::int32_t ccsid;
@@ -33,8 +37,8 @@ struct CCSIDEntry {
     std::int32_t encodingClass;
     std::int32_t widthClass;
     std::int32_t leadByteClass;  // which bytes begin a double-byte character in PC text
-    char sbcsPageHex[kPageTextSize];
-    char dbcsPageHex[kPageTextSize];
+    char sbcsPageHex[dnz::kPageTextSize];
+    char dbcsPageHex[dnz::kPageTextSize];
 };
 
 // An entry in the tree.
@@ -47,8 +51,8 @@ struct CCSIDNode {
     std::int32_t leadByteClass;
     CCSIDNode* left;   // the smaller CCSIDs; comparison is signed
     CCSIDNode* right;  // the larger ones
-    char sbcsPageHex[kPageTextSize];
-    char dbcsPageHex[kPageTextSize];
+    char sbcsPageHex[dnz::kPageTextSize];
+    char dbcsPageHex[dnz::kPageTextSize];
 };
 
 // The node of `ccsid`, or null. A null root is an empty tree.
@@ -61,11 +65,15 @@ void xxxInsertNode(CCSIDNode** place, const CCSIDEntry* entry);
 // A new node with the fields of `entry` and no links, or null if memory runs out.
 [[nodiscard]] CCSIDNode* xxxCreateNode(const CCSIDEntry* entry);
 
-// Overwrites all fields of `node` but its links.
-void setNodeFields(CCSIDNode* node, const CCSIDEntry& entry);
-
 // Frees the whole tree, larger CCSIDs first, and sets `*place` to null.
 void xxxDeleteNode(CCSIDNode** place);
 
 // Frees all nodes below `node` but not the node itself, whose links are null then. Always 0.
 std::int32_t xxxFreeNode(CCSIDNode* node);
+
+namespace dnz {
+
+// Overwrites all fields of `node` but its links.
+void setNodeFields(CCSIDNode* node, const CCSIDEntry& entry);
+
+}  // namespace dnz

@@ -1,13 +1,14 @@
-#include "CCSIDTableFile.h"
+#include "xlat/CCSIDTableFile.h"
 
 #include <cstdint>
 #include <limits>
 
-#include "BoundedText.h"
-#include "Numbers.h"
-#include "ServiceNames.h"
-#include "TableDirectory.h"
-#include "TraceRecords.h"
+#include "services/base/Path.h"
+#include "services/base/Text.h"
+#include "services/inner/TraceRecords.h"
+#include "xlat/ConverterCache.h"
+
+namespace dnz {
 
 namespace {
 
@@ -19,12 +20,8 @@ constexpr char kCommentMark = '#';
 
 enum Column { kCcsid, kDbcsPage, kSbcsPage, kWidthClass, kEncodingClass, kLeadByteClass, kColumns };
 
-bool openTable(FileReader& file, BoundedText& path, const char* directory, const char* name) {
-    if (directory != nullptr) {
-        appendDirectory(path, directory);
-    }
-    path.append(name);
-    return !path.truncated() && file.use(openFile(path.view().data()));
+bool openTable(FileReader& file, const Path& path) {
+    return path.fits() && file.use(openFile(path.c_str()));
 }
 
 bool isSeparator(char character) {
@@ -120,31 +117,28 @@ private:
 };
 
 void traceSkippedLine(int lineNumber, const char* reason) {
-    char text[96];
-    BoundedText(text).appendf("Line %d of the CCSID table skipped: %s", lineNumber, reason);
-    xnztr_text(text);
+    FixedText<96> text;
+    text.appendf("Line %d of the CCSID table skipped: %s", lineNumber, reason);
+    xnztr_text(text.c_str());
 }
 
 }  // namespace
 
 bool openCcsidTable(FileReader& file) {
     const char* directory = tableDirectory();
-    char upperCasePath[kPathSize];
-    BoundedText upperCase(upperCasePath);
-    if (openTable(file, upperCase, directory, kUpperCaseName)) {
+    if (openTable(file, Path(directory, kUpperCaseName))) {
         return true;
     }
     if (directory != nullptr) {
         xnztr_text("Failed to open DNZCCSID.TBL");
     }
-    char lowerCasePath[kPathSize];
-    BoundedText lowerCase(lowerCasePath);
-    if (openTable(file, lowerCase, directory, kLowerCaseName)) {
+    const Path lowerCase(directory, kLowerCaseName);
+    if (openTable(file, lowerCase)) {
         return true;
     }
     xnztr_text("Failed to open ccsid.tbl");
     xnztr_text("Failed to open DNZCCSID.TBL or dnzccsid.tbl ....");
-    xnztr_text(lowerCasePath);
+    xnztr_text(lowerCase.c_str());
     return false;
 }
 
@@ -171,3 +165,5 @@ CCSIDNode* readCcsidTable(FileReader& file) {
     }
     return tree.root();
 }
+
+}  // namespace dnz

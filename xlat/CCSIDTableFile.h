@@ -4,8 +4,10 @@
 // Limits: a line is read up to 255 characters; the rest of a longer one counts as the next line.
 #pragma once
 
-#include "CCSIDTable.h"
-#include "RegularFile.h"
+#include "services/base/File.h"
+#include "xlat/CCSIDTable.h"
+
+namespace dnz {
 
 // Opens the table file: DNZCCSID.TBL, else ccsid.tbl, in the table directory. False, with a
 // trace of what was tried, if there is neither or the path is too long.
@@ -16,3 +18,5 @@ bool openCcsidTable(FileReader& file);
 // four hexadecimal digits is skipped with a trace text; an empty line, and one for which memory
 // runs out, without. A read error ends the file.
 [[nodiscard]] CCSIDNode* readCcsidTable(FileReader& file);
+
+}  // namespace dnz

@@ -1,4 +1,4 @@
-#include "ConversionEngines.h"
+#include "xlat/ConversionEngines.h"
 
 #include <algorithm>
 #include <array>
@@ -6,9 +6,13 @@
 #include <iterator>
 #include <numeric>
 
-#include "LeadBytes.h"
-#include "ReturnCodes.h"
-#include "TextConversion.h"
+#include "services/base/ReturnCodes.h"
+#include "services/inner/TraceRecords.h"
+#include "xlat/ConverterCache.h"
+#include "xlat/LeadBytes.h"
+#include "xlat/TextConversion.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -268,6 +272,35 @@ std::int32_t convertPcText(Walk& walk, const LeadBytes& leadBytes) {
     return kServiceOk;
 }
 
+bool isTable(std::int32_t part) {
+    return part != kNoPart && part != kUnchangedPart;
+}
+
+ConvContext contextOf(std::int32_t singleBytePart, std::int32_t doubleBytePart,
+                      std::int32_t sourceLeadByteClass) {
+    ConvContext context{};
+    context.handle = singleBytePart * kHandleBase + doubleBytePart;
+    context.leadByteClass = sourceLeadByteClass;
+    if (isTable(doubleBytePart)) {
+        const ConvSlot& slot = iconv_list[doubleBytePart - 1];
+        context.dbcsTable = slot.table;
+        context.leadByteClass = slot.leadByteClass;
+    }
+    if (isTable(singleBytePart)) {
+        context.sbcsTable = iconv_list[singleBytePart - 1].table;
+    }
+    return context;
+}
+
+using Engine = decltype(&TranSBCS);
+
+Engine engineOf(std::int32_t doubleBytePart, ConvMode mode) {
+    if (doubleBytePart == kNoPart) {
+        return TranSBCS;
+    }
+    return mode == ConvHostToPC || mode == ConvHostToHost ? HostPCMM : PCHostMM;
+}
+
 }  // namespace
 
 std::int32_t TranSBCS(const unsigned char** source, const std::int32_t* sourceLength,
@@ -316,4 +349,15 @@ void XltDBCS(const unsigned char** source, unsigned char** target, std::int32_t*
     *target += kPairSize;
     *sourcePosition += kPairSize;
     *targetPosition += kPairSize;
+}
+
+std::int32_t xxxCodeConv(const unsigned char** source, const std::int32_t* sourceLength,
+                         unsigned char** target, std::int32_t* targetLength, std::int32_t handle,
+                         ConvMode mode, std::int32_t sourceLeadByteClass) {
+    ServiceTraceScope trace("xxxCodeConv");
+    const std::int32_t singleBytePart = handle / kHandleBase;
+    const std::int32_t doubleBytePart = handle % kHandleBase;
+    const ConvContext context = contextOf(singleBytePart, doubleBytePart, sourceLeadByteClass);
+    const Engine engine = engineOf(doubleBytePart, mode);
+    return trace.exitWith(engine(source, sourceLength, target, targetLength, &context, mode));
 }

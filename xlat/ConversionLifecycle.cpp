@@ -1,12 +1,14 @@
-#include "ConversionLifecycle.h"
+#include "xlat/ConversionLifecycle.h"
 
-#include "CCSIDTable.h"
-#include "CCSIDTableFile.h"
-#include "ControlBlock.h"
-#include "ConverterCache.h"
-#include "ReturnCodes.h"
-#include "SystemInformation.h"
-#include "TraceRecords.h"
+#include "services/base/ReturnCodes.h"
+#include "services/inner/ControlBlock.h"
+#include "services/inner/SystemInformation.h"
+#include "services/inner/TraceRecords.h"
+#include "xlat/CCSIDTable.h"
+#include "xlat/CCSIDTableFile.h"
+#include "xlat/ConverterCache.h"
+
+using namespace dnz;
 
 std::int32_t xxxInitialize() {
     ServiceTraceScope trace("xxxInitialize");

@@ -1,4 +1,4 @@
-#include "ConverterCache.h"
+#include "xlat/ConverterCache.h"
 
 #include <unistd.h>
 
@@ -7,15 +7,16 @@
 #include <cstring>
 #include <memory>
 #include <new>
+#include <string>
 #include <string_view>
 #include <utility>
 
-#include "BoundedText.h"
-#include "FileDescriptor.h"
-#include "RegularFile.h"
-#include "ServiceNames.h"
-#include "TableDirectory.h"
-#include "TraceRecords.h"
+#include "services/base/File.h"
+#include "services/base/Path.h"
+#include "services/base/Text.h"
+#include "services/inner/TraceRecords.h"
+
+using namespace dnz;
 
 ConvSlot* iconv_list = nullptr;
 std::int32_t iconv_list_size = 0;
@@ -89,31 +90,20 @@ std::int32_t slotToFill() {
     return number;
 }
 
-void appendUpperCase(BoundedText& text, std::string_view key) {
-    constexpr std::string_view kLowerDigits = "abcdef";
-    constexpr std::string_view kUpperDigits = "ABCDEF";
-    for (const char digit : key) {
-        const std::size_t place = kLowerDigits.find(digit);
-        const char written = place != std::string_view::npos ? kUpperDigits[place] : digit;
-        text.append({&written, 1});
-    }
-}
-
 // A file in a directory whose name was cut counts as missing.
 FileDescriptor openTable(const BoundedText& directory, std::string_view key,
                          std::string_view extension) {
-    char path[kPathSize + kTableNameLength];
-    BoundedText(path).append(directory.view()).append(key).append(extension);
+    FixedText<kPathSize + kTableNameLength> path(directory.view());
+    path.append(key).append(extension);
     errno = 0;  // what is left of an earlier call is no reason for a failure here
-    xnztr_text(path);
-    return directory.truncated() ? FileDescriptor{} : openFile(path);
+    xnztr_text(path.c_str());
+    return directory.truncated() ? FileDescriptor{} : openFile(path.c_str());
 }
 
 FileDescriptor openTableFile(std::string_view key, const TableKind& kind) {
-    char directoryText[kPathSize];
-    BoundedText directory(directoryText);
     const char* named = tableDirectory();
-    appendDirectory(directory, named != nullptr ? named : ".");
+    FixedText<kPathSize> directory;
+    Path::appendDirectory(directory, named != nullptr ? named : ".");
     xnztr_text(kind.openingText);
     FileDescriptor file = openTable(directory, key, ".tbl");
     if (file.isOpen()) {
@@ -121,10 +111,9 @@ FileDescriptor openTableFile(std::string_view key, const TableKind& kind) {
     }
     xnztr_text("xxxOpenConv: retrying.........");
     xnztr_text("xxxOpenConv: About to try opening (UC) ....");
-    char upperCaseKey[kConverterKeySize];
-    BoundedText upperCase(upperCaseKey);
-    appendUpperCase(upperCase, key);
-    return openTable(directory, upperCase.view(), ".TBL");
+    std::string upperCaseKey(key);
+    std::transform(key.begin(), key.end(), upperCaseKey.begin(), upperCase);
+    return openTable(directory, upperCaseKey, ".TBL");
 }
 
 TableBytes allocateTable(std::size_t size) {
@@ -208,9 +197,9 @@ std::int32_t loadTable(std::string_view key, std::int32_t leadByteClass, const T
 // The key of a table, which both file name and slot go by.
 class ConverterKey {
 public:
-    ConverterKey(std::string_view source, std::string_view target) {
-        BoundedText(text_).append(source).append(target);
-        isUnchanged_ = source == target;
+    ConverterKey(std::string_view source, std::string_view target)
+        : text_(source), isUnchanged_(source == target) {
+        text_.append(target);
     }
 
     // The part of the handle as far as no table must be loaded for it, or kNotFound.
@@ -225,14 +214,18 @@ public:
         return number != kNotFound ? number + 1 : kNotFound;
     }
 
-    [[nodiscard]] std::string_view text() const { return text_; }
+    [[nodiscard]] std::string_view text() const { return text_.view(); }
 
 private:
-    char text_[kConverterKeySize];
+    FixedText<kConverterKeySize> text_;
     bool isUnchanged_;
 };
 
 }  // namespace
+
+const char* dnz::tableDirectory() {
+    return nonEmptyVariable("DNZ_XLAT_PATH");
+}
 
 std::int32_t xxxOpenConv(const char* targetSbcs, const char* targetDbcs, const char* sourceSbcs,
                          const char* sourceDbcs, std::int32_t leadByteClass) {
@@ -256,7 +249,7 @@ std::int32_t xxxOpenConv(const char* targetSbcs, const char* targetDbcs, const c
     return trace.exitWith(singleBytePart * kHandleBase + doubleBytePart);
 }
 
-void freeConverters() {
+void dnz::freeConverters() {
     for (std::int32_t number = 0; number < iconv_list_size; ++number) {
         if (hasTag(iconv_list[number], kInUseTag)) {
             delete[] iconv_list[number].table;

@@ -15,22 +15,28 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace dnz {
+
 constexpr std::size_t kTagSize = 4;
 constexpr std::size_t kConverterKeySize = 9;
 
+}  // namespace dnz
+
 // One table. The list doesn't say of which kind it is: a page number belongs to one kind only.
 struct ConvSlot {
-    char tag[kTagSize];           // "ICNV" in use, "????" given up, anything else never used
-    char key[kConverterKeySize];  // source page text, target page text, terminator
-    unsigned char* table;         // owned by the slot
-    std::int32_t tableSize;       // as read; a double-byte table has zeros after it, up to 65536
-    std::int32_t leadByteClass;   // double-byte tables: that of the CCSID that came first
+    char tag[dnz::kTagSize];           // "ICNV" in use, "????" given up, anything else never used
+    char key[dnz::kConverterKeySize];  // source page text, target page text, terminator
+    unsigned char* table;              // owned by the slot
+    std::int32_t tableSize;      // as read; a double-byte table has zeros after it, up to 65536
+    std::int32_t leadByteClass;  // double-byte tables: that of the CCSID that came first
 };
 
 // The slots, in use or not, and their count: null and 0 until a table is first asked for. Owned by
 // the cache.
 extern ConvSlot* iconv_list;
 extern std::int32_t iconv_list_size;
+
+namespace dnz {
 
 // A conversion handle is the single-byte part times kHandleBase plus the double-byte part. A
 // part that is neither of the two special values is the number of a slot plus 1.
@@ -39,6 +45,15 @@ constexpr std::int32_t kNoPart = 0;           // neither side has this part
 constexpr std::int32_t kUnchangedPart = 999;  // both pages are equal: no table, bytes are copied
 constexpr std::int32_t kNoHandle = -1;
 
+// The directory of the translation tables and the CCSID table, which DNZ_XLAT_PATH names. Null for
+// the working directory. Borrowed from the environment.
+const char* tableDirectory();
+
+// Frees all tables and the list.
+void freeConverters();
+
+}  // namespace dnz
+
 // Finds or loads the tables for a conversion; the first four arguments are page texts, "0000"
 // for a part that isn't there. Returns the handle, valid until the services stop, or kNoHandle
 // with errno (POSIX) set: ENOMEM for no storage or no room for another table, EINVAL for no usable
@@ -46,6 +61,3 @@ constexpr std::int32_t kNoHandle = -1;
 [[nodiscard]] std::int32_t xxxOpenConv(const char* targetSbcs, const char* targetDbcs,
                                        const char* sourceSbcs, const char* sourceDbcs,
                                        std::int32_t leadByteClass);
-
-// Frees all tables and the list.
-void freeConverters();

@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <iterator>
 
+namespace dnz {
+
 // For each byte the number of the range in which it is a lead byte, 0 for none.
 using LeadBytes = std::array<unsigned char, 256>;
 
@@ -46,3 +48,5 @@ constexpr const LeadBytes& leadBytesOf(std::int32_t leadByteClass) {
         leadByteClass > 0 && leadByteClass < static_cast<std::int32_t>(std::size(kLeadByteClasses));
     return kLeadByteClasses[isKnown ? leadByteClass : 0];
 }
+
+}  // namespace dnz

@@ -1,16 +1,18 @@
-#include "TextConversion.h"
+#include "xlat/TextConversion.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
 
-#include "CCSIDTable.h"
-#include "CodeConversion.h"
-#include "ControlBlock.h"
-#include "ConverterCache.h"
-#include "FailureReport.h"
-#include "ReturnCodes.h"
-#include "TraceRecords.h"
+#include "services/base/ReturnCodes.h"
+#include "services/inner/ControlBlock.h"
+#include "services/inner/FailureReport.h"
+#include "services/inner/TraceRecords.h"
+#include "xlat/CCSIDTable.h"
+#include "xlat/ConversionEngines.h"
+#include "xlat/ConverterCache.h"
+
+using namespace dnz;
 
 namespace {
 

@@ -1,14 +1,16 @@
 // The common services in a program of one's own: converts a text between two CCSIDs, dumps the
 // result to the trace, and shows a message of the catalogue.
-#include <dnz/MessageText.h>
-#include <dnz/ServiceCalls.h>
-#include <dnz/StartStop.h>
-#include <dnz/TextConversion.h>
-#include <dnz/TraceRecords.h>
-
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+
+#include "services/inner/TraceRecords.h"
+#include "services/outer/MessageText.h"
+#include "services/outer/ServiceCalls.h"
+#include "services/outer/StartStop.h"
+#include "xlat/TextConversion.h"
+
+using dnz::kServiceOk;
 
 int main() {
     // The name decides which variables are read, DNZ_TRACE and DNZ_PATH, and which catalogue.
@@ -23,13 +25,13 @@ int main() {
         std::fwrite(converted, 1, static_cast<std::size_t>(length), stdout);
         std::puts("");
     } else {
-        char reason[kReturnCodeTextSize];
+        char reason[dnz::kReturnCodeTextSize];
         xnz_xtrFormatRC(reason, code);
         std::fprintf(stderr, "The text can't be converted: %s\n", reason);
     }
 
-    constexpr std::int32_t kNameHoldsBlank = 0x40001013;
-    std::puts(MessageText(kNameHoldsBlank, "two words").text());
+    constexpr std::int32_t kNameWithSpace = 0x40001013;
+    std::puts(dnz::MessageText(kNameWithSpace, "two words").text());
 
     xnzTermCommonServices();
     return code == kServiceOk ? 0 : 1;

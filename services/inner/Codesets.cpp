@@ -1,4 +1,6 @@
-#include "Codesets.h"
+#include "services/inner/Codesets.h"
+
+using namespace dnz;
 
 namespace {
 

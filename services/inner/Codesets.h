@@ -3,6 +3,8 @@
 
 #include <cstddef>
 
+namespace dnz {
+
 struct LocaleCodeset {
     const char* locale;  // compared whole: de_DE.UTF-8 isn't de_DE
     const char* codeset;
@@ -10,5 +12,7 @@ struct LocaleCodeset {
 
 constexpr std::size_t kLocaleCount = 97;
 
+}  // namespace dnz
+
 // Searched from the start; the last row holds two null pointers.
-extern const LocaleCodeset xxxCodesetInfo[kLocaleCount + 1];
+extern const dnz::LocaleCodeset xxxCodesetInfo[dnz::kLocaleCount + 1];

@@ -1,9 +1,11 @@
-#include "ControlBlock.h"
+#include "services/inner/ControlBlock.h"
 
 #include <unistd.h>
 
+using namespace dnz;
+
 CSCtrlBlock* xnzCSCtrl = nullptr;
 
-std::int32_t reducedProcessId() {
+std::int32_t dnz::reducedProcessId() {
     return reduceProcessId(getpid());
 }

@@ -8,25 +8,31 @@
 
 struct CCSIDNode;  // the conversion's own; here only the root of its tree is kept
 
+namespace dnz {
+
 constexpr std::size_t kServiceNameSize = 8;
+
+}  // namespace dnz
 
 // Both names are the one that the services were started under. It has at most 7 characters, so a
 // zero byte always follows.
 struct CSCtrlBlock {
-    char programName[kServiceNameSize];
-    std::int32_t processId;              // the reduced process id of the process that started
-    std::int32_t inFailureReport;        // 1 while a failure report is being written
-    std::int32_t traceIsOn;              // 1 from the moment the trace file is open
-    std::int32_t userTrace;              // 1 when user tracing was asked for
-    std::FILE* traceFile;                // null if there is none; open until the services stop
-    std::int32_t traceRequested;         // 1 when the trace variable is present
-    std::int32_t systemCodePage;         // of the locale, see ObtainSystemCP
-    CCSIDNode* ccsidTable;               // null until a table has been read completely
-    char serviceName[kServiceNameSize];  // the root of all names that the services derive
+    char programName[dnz::kServiceNameSize];
+    std::int32_t processId;                   // the reduced process id of the process that started
+    std::int32_t inFailureReport;             // 1 while a failure report is being written
+    std::int32_t traceIsOn;                   // 1 from the moment the trace file is open
+    std::int32_t userTrace;                   // 1 when user tracing was asked for
+    std::FILE* traceFile;                     // null if there is none; open until the services stop
+    std::int32_t traceRequested;              // 1 when the trace variable is present
+    std::int32_t systemCodePage;              // of the locale, see ObtainSystemCP
+    CCSIDNode* ccsidTable;                    // null until a table has been read completely
+    char serviceName[dnz::kServiceNameSize];  // the root of all names that the services derive
 };
 
 // Null before the start and after the stop.
 extern CSCtrlBlock* xnzCSCtrl;
+
+namespace dnz {
 
 // A process id brought down to the five digits that fit into a file name.
 constexpr std::int32_t reduceProcessId(std::int32_t processId) {
@@ -37,3 +43,5 @@ constexpr std::int32_t reduceProcessId(std::int32_t processId) {
 
 // The reduced id of this process (getpid, POSIX).
 std::int32_t reducedProcessId();
+
+}  // namespace dnz

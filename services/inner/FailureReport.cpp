@@ -1,18 +1,23 @@
-#include "FailureReport.h"
+#include "services/inner/FailureReport.h"
 
 #include <algorithm>
+#include <cstdarg>
 #include <ctime>
+#include <string>
 #include <string_view>
 
-#include "BoundedText.h"
-#include "BuildInformation.h"
-#include "ControlBlock.h"
-#include "FunctionStack.h"
-#include "PrivateFile.h"
-#include "ReturnCodes.h"
-#include "ServiceNames.h"
-#include "TraceControl.h"
-#include "TraceRecords.h"
+#include "services/base/File.h"
+#include "services/base/Path.h"
+#include "services/base/ReturnCodes.h"
+#include "services/base/Text.h"
+#include "services/inner/BuildInformation.h"
+#include "services/inner/ControlBlock.h"
+#include "services/inner/FunctionStack.h"
+#include "services/inner/ServiceNames.h"
+#include "services/inner/TraceControl.h"
+#include "services/inner/TraceRecords.h"
+
+using namespace dnz;
 
 std::FILE* fdcFile = nullptr;
 
@@ -21,8 +26,6 @@ namespace {
 constexpr std::size_t kFirstRowText = 75;
 constexpr std::size_t kSecondRowText = 70;
 constexpr std::size_t kInnerWidth = 77;
-
-constexpr char kAppend[] = "a";
 
 // One box row: the border, the indentation, the text, blanks up to the other border.
 void appendRow(BoundedText& line, const char* indentation, std::string_view text) {
@@ -49,76 +52,45 @@ void printBorder(char* line, std::FILE* stream) {
 }
 
 // The present time as ctime gives it, without its line feed.
-void appendNow(BoundedText& text) {
+std::string presentTime() {
     const std::time_t now = std::time(nullptr);
-    const char* date = std::ctime(&now);
-    if (date != nullptr) {
-        const std::string_view line = date;
-        text.append(line.substr(0, line.find('\n')));
-    }
+    const std::string_view text = viewOf(std::ctime(&now));
+    return std::string(text.substr(0, text.find('\n')));
 }
 
-// The labelled rows of one report, written one after the other.
-class ReportRows {
-public:
-    explicit ReportRows(std::FILE* stream) : stream_(stream) {}
+// A caller of another program may leave a comment out.
+const char* commentOf(const char* text) {
+    return text != nullptr ? text : " ";
+}
 
-    void blank() { PrintBlank(line_, stream_); }
-    void top() { PrintTop(line_, stream_); }
-    void bottom() { PrintBot(line_, stream_); }
-    void text(const char* text) { PrintString(line_, stream_, text); }
+// Prints one text of the box, formatted as by printf.
+void printText(std::FILE* stream, const char* format, ...) __attribute__((format(printf, 2, 3)));
+void printText(std::FILE* stream, const char* format, ...) {
+    FixedText<kReportLineSize> text;
+    std::va_list arguments;
+    va_start(arguments, format);
+    text.vappendf(format, arguments);
+    va_end(arguments);
+    char line[kReportLineSize];
+    PrintString(line, stream, text.c_str());
+}
 
-    void date() {
-        BoundedText row(row_);
-        row.append("Date/Time         :- ");
-        appendNow(row);
-        text(row_);
-    }
-    // A row whose text is cut or padded to 63 characters.
-    void field(const char* label, const char* value) {
-        BoundedText(row_).appendf("%s:- %-63.63s", label, value != nullptr ? value : " ");
-        text(row_);
-    }
-    void probe(std::int32_t number) {
-        BoundedText(row_).appendf("Probe Id          :- HVL%d", number);
-        text(row_);
-    }
-    void buildDate() {
-        BoundedText(row_).appendf("Build Date        :- %s", kBuildDate);
-        text(row_);
-    }
-    void code(const char* label, std::int32_t code) {
-        char codeText[kReturnCodeTextSize];
-        xnz_xtrFormatRC(codeText, code);
-        BoundedText(row_).appendf("%s:- %s ", label, codeText);
-        text(row_);
-    }
-
-private:
-    std::FILE* stream_;
-    char line_[kReportLineSize];
-    char row_[kReportLineSize];
-};
-
-std::FILE* openReportFile() {
-    char nameBuffer[kPathSize];
-    BoundedText name(nameBuffer);
-    appendServiceFileName(name, "FDC");
-    std::FILE* file = nullptr;
+StreamHandle openReportFile() {
+    const ServiceFileName name("FDC");
     if (const char* directory = serviceDirectory(); directory != nullptr) {
-        char pathBuffer[kPathSize];
-        BoundedText path(pathBuffer);
-        appendDirectory(path, directory);
-        path.append(nameBuffer);
-        file = path.truncated() ? nullptr : openPrivateFile(pathBuffer, kAppend);
+        const Path path(directory, name.view());
+        StreamHandle file = path.fits() ? openPrivateStream(path.c_str(), "a") : nullptr;
+        if (file != nullptr) {
+            return file;
+        }
     }
-    return file != nullptr ? file : openPrivateFile(nameBuffer, kAppend);
+    return openPrivateStream(name.c_str(), "a");
 }
 
 void writeReport(const char* functionName, std::int32_t probe, const xcsINSERTS& inserts) {
     xnzCSCtrl->inFailureReport = 1;
     if (fdcFile == nullptr) {
-        fdcFile = openReportFile();
+        fdcFile = openReportFile().release();
     }
     if (fdcFile != nullptr) {
         CreateWYRD(functionName, probe, inserts);
@@ -140,24 +112,28 @@ std::int32_t CreateWYRD(const char* functionName, std::int32_t probe, xcsINSERTS
     if (fdcFile == nullptr) {
         return kServiceOk;
     }
-    ReportRows rows(fdcFile);
-    rows.top();
-    rows.blank();
-    rows.text("  HVL First Failure Symptom Report");
-    rows.text("====================================");
-    rows.blank();
-    rows.date();
-    rows.field("Code Level           ", xnz_level);
-    rows.field("Function Name     ", functionName);
-    rows.probe(probe);
-    rows.buildDate();
-    rows.code("Major Errorcode   ", inserts.number1);
-    rows.code("Minor Errorcode   ", inserts.number2);
-    rows.field("Comment1          ", inserts.text1);
-    rows.field("Comment2          ", inserts.text2);
-    rows.field("Comment3          ", inserts.text3);
-    rows.blank();
-    rows.bottom();
+    char line[kReportLineSize];
+    char majorCode[kReturnCodeTextSize];
+    char minorCode[kReturnCodeTextSize];
+    xnz_xtrFormatRC(majorCode, inserts.number1);
+    xnz_xtrFormatRC(minorCode, inserts.number2);
+    PrintTop(line, fdcFile);
+    PrintBlank(line, fdcFile);
+    printText(fdcFile, "  HVL First Failure Symptom Report");
+    printText(fdcFile, "====================================");
+    PrintBlank(line, fdcFile);
+    printText(fdcFile, "Date/Time         :- %s", presentTime().c_str());
+    printText(fdcFile, "Code Level           :- %-63.63s", xnz_level);
+    printText(fdcFile, "Function Name     :- %-63.63s", functionName);
+    printText(fdcFile, "Probe Id          :- HVL%d", probe);
+    printText(fdcFile, "Build Date        :- %s", kBuildDate);
+    printText(fdcFile, "Major Errorcode   :- %s ", majorCode);
+    printText(fdcFile, "Minor Errorcode   :- %s ", minorCode);
+    printText(fdcFile, "Comment1          :- %-63.63s", commentOf(inserts.text1));
+    printText(fdcFile, "Comment2          :- %-63.63s", commentOf(inserts.text2));
+    printText(fdcFile, "Comment3          :- %-63.63s", commentOf(inserts.text3));
+    PrintBlank(line, fdcFile);
+    PrintBot(line, fdcFile);
     PrintFunctionStack(fdcFile);
     return kServiceOk;
 }

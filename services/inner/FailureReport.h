@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <cstdio>
 
-#include "Inserts.h"
+#include "services/base/Inserts.h"
 
 // The report file of this process: null until the first report, then open to its end.
 extern std::FILE* fdcFile;
@@ -21,8 +21,12 @@ std::int32_t xnz_xcsWYRD(const char* functionName, std::int32_t probe, xcsINSERT
 // Writes one report to the open report file, if there is one. Always 0.
 std::int32_t CreateWYRD(const char* functionName, std::int32_t probe, xcsINSERTS inserts);
 
+namespace dnz {
+
 // Room for the two rows of 80 bytes that one text may take, and a terminator.
 constexpr std::size_t kReportLineSize = 161;
+
+}  // namespace dnz
 
 // The rows of the box. `line` is a scratch buffer of kReportLineSize bytes.
 void PrintTop(char* line, std::FILE* stream);

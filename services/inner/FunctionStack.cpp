@@ -1,8 +1,10 @@
-#include "FunctionStack.h"
+#include "services/inner/FunctionStack.h"
 
 #include <new>
 
-#include "BoundedText.h"
+#include "services/base/Text.h"
+
+using namespace dnz;
 
 FunctionStackBlock* pCtl = nullptr;
 
@@ -21,7 +23,7 @@ FunctionStackBlock* newFunctionStack() {
 
 }  // namespace
 
-std::int32_t pushFunction(const char* name) {
+std::int32_t dnz::pushFunction(const char* name) {
     if (pCtl == nullptr) {
         pCtl = newFunctionStack();
     }
@@ -34,7 +36,7 @@ std::int32_t pushFunction(const char* name) {
     return kColumnsPerLevel * pCtl->depth++;
 }
 
-std::int32_t popFunction() {
+std::int32_t dnz::popFunction() {
     if (pCtl == nullptr) {
         return 0;
     }

@@ -5,20 +5,28 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace dnz {
+
 constexpr std::size_t kFunctionStackSlots = 40;
 constexpr std::size_t kFunctionNameSize = 40;
 // Only the first half of the slots is filled; deeper calls are counted, not named.
 constexpr std::int32_t kFunctionStackLimit = 20;
 
+}  // namespace dnz
+
 struct FunctionStackBlock {
     std::int32_t depth;  // entries without their exits so far
-    char names[kFunctionStackSlots][kFunctionNameSize];
+    char names[dnz::kFunctionStackSlots][dnz::kFunctionNameSize];
 };
 
 // Null until the first entry, and for good if there is no storage. Never released.
 extern FunctionStackBlock* pCtl;
 
+namespace dnz {
+
 // Notes an entry or an exit and returns the indentation of its trace record: two columns a
 // level, 0 without a stack.
 std::int32_t pushFunction(const char* name);
 std::int32_t popFunction();
+
+}  // namespace dnz

@@ -1,6 +1,8 @@
-#include "ReturnCodeNames.h"
+#include "services/inner/ReturnCodeNames.h"
 
 #include <string_view>
+
+using namespace dnz;
 
 // The order is part of the data: the program's own codes, the two runs of the queue manager's
 // codes, the end row.
@@ -242,7 +244,7 @@ static_assert(rowsOf(2120) == 2 && rowsOf(kReturnCodeNamesEnd) == 1);
 
 }  // namespace
 
-const ReturnCodeName& findReturnCodeName(std::int32_t code) {
+const ReturnCodeName& dnz::findReturnCodeName(std::int32_t code) {
     const ReturnCodeName* row = xnzRetList;
     while (row->code != code && row->code != kReturnCodeNamesEnd) {
         ++row;

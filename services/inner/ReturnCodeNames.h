@@ -4,6 +4,8 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace dnz {
+
 struct ReturnCodeName {
     std::int32_t code;
     char name[52];
@@ -12,8 +14,10 @@ struct ReturnCodeName {
 constexpr std::size_t kReturnCodeNameCount = 209;
 constexpr std::int32_t kReturnCodeNamesEnd = -1;  // the code of the last row
 
-// Not in numeric order: where a code stands twice, the first row wins.
-extern const ReturnCodeName xnzRetList[kReturnCodeNameCount];
-
 // The first row of `code`, or the end row.
 const ReturnCodeName& findReturnCodeName(std::int32_t code);
+
+}  // namespace dnz
+
+// Not in numeric order: where a code stands twice, the first row wins.
+extern const dnz::ReturnCodeName xnzRetList[dnz::kReturnCodeNameCount];

@@ -1,10 +1,12 @@
-#include "ServiceNames.h"
+#include "services/inner/ServiceNames.h"
 
 #include <cstdlib>
 #include <cstring>
 #include <string_view>
 
-#include "ControlBlock.h"
+#include "services/inner/ControlBlock.h"
+
+namespace dnz {
 
 namespace {
 
@@ -21,34 +23,27 @@ const char* serviceVariable(const char* suffix) {
     if (xnzCSCtrl == nullptr) {
         return nullptr;
     }
-    char name[16];
-    BoundedText(name).append(serviceStem()).append(suffix);
-    return std::getenv(name);
+    FixedText<16> name(serviceStem());
+    return std::getenv(name.append(suffix).c_str());
 }
 
 const char* serviceDirectory() {
     const char* directory = serviceVariable("_PATH");
-    return directory != nullptr && *directory != '\0' ? directory : nullptr;
+    return isNullOrEmpty(directory) ? nullptr : directory;
 }
 
-void appendDirectory(BoundedText& path, const char* directory) {
-    const std::string_view text = directory;
-    path.append(text);
-    if (text.empty() || text.back() != '/') {
-        path.append("/");
-    }
-}
-
-void appendServiceFileName(BoundedText& path, const char* extension) {
+ServiceFileName::ServiceFileName(const char* extension) {
     constexpr std::size_t kShortName = 3;
     constexpr int kFourDigits = 10000;
     const bool isShort =
         strnlen(xnzCSCtrl->serviceName, sizeof xnzCSCtrl->serviceName) == kShortName;
     const int id = reducedProcessId();
-    path.append(serviceStem());
+    append(serviceStem());
     if (isShort) {
-        path.appendf("%5.5d.%s", id, extension);
+        appendf("%5.5d.%s", id, extension);
     } else {
-        path.appendf("%4.4d.%s", id % kFourDigits, extension);
+        appendf("%4.4d.%s", id % kFourDigits, extension);
     }
 }
+
+}  // namespace dnz

@@ -1,4 +1,4 @@
-#include "SystemInformation.h"
+#include "services/inner/SystemInformation.h"
 
 #include <unistd.h>
 
@@ -8,10 +8,12 @@
 #include <ctime>
 #include <string_view>
 
-#include "BoundedText.h"
-#include "Codesets.h"
-#include "ReturnCodes.h"
-#include "TraceRecords.h"
+#include "services/base/ReturnCodes.h"
+#include "services/base/Text.h"
+#include "services/inner/Codesets.h"
+#include "services/inner/TraceRecords.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -43,18 +45,14 @@ std::int32_t codePageOf(std::string_view codeset) {
     return kDefaultCodePage;
 }
 
-bool isEmpty(const char* text) {
-    return text == nullptr || *text == '\0';
-}
-
 // The locale in force; where that is only C, the one that LANG asked for.
 const char* currentLocaleName() {
     static constexpr char kPlainLocale[] = "C";
     const char* name = std::setlocale(LC_ALL, nullptr);
-    if (isEmpty(name) || std::strcmp(name, kPlainLocale) == 0) {
+    if (isNullOrEmpty(name) || std::strcmp(name, kPlainLocale) == 0) {
         name = std::getenv("LANG");
     }
-    return isEmpty(name) ? kPlainLocale : name;
+    return isNullOrEmpty(name) ? kPlainLocale : name;
 }
 
 // Formats into `out` with its last byte kept free; false when the text doesn't fit.
@@ -73,9 +71,7 @@ std::int32_t ObtainSystemCP() {
     xnztr_text(".... back with .....");
     xnztr_text(codeset);
     const std::int32_t page = codePageOf(codeset);
-    char text[32];
-    BoundedText(text).appendf("Code page is %d", page);
-    xnztr_text(text);
+    xnztr_text(FixedText<32>().appendf("Code page is %d", page).c_str());
     return page;
 }
 

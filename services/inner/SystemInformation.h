@@ -4,8 +4,16 @@
 #include <cstddef>
 #include <cstdint>
 
+namespace dnz {
+
 // Room for any codeset name.
 constexpr std::size_t kCodesetSize = 20;
+
+// Options of xnzQueryDateTime2.
+constexpr std::int16_t kLocalTime = 1;
+constexpr std::int16_t kUniversalTime = 2;
+
+}  // namespace dnz
 
 // The code page of the system, 819 where nothing else is known. Sets the process locale from
 // the environment, for all categories, and leaves it so (setlocale, ISO C).
@@ -14,9 +22,6 @@ std::int32_t ObtainSystemCP();
 // Writes the codeset name of the current locale to `codeset`, which has kCodesetSize bytes.
 // Where the locale is "C", the variable LANG names it.
 void xnzGetCodeset(char* codeset);
-
-constexpr std::int16_t kLocalTime = 1;
-constexpr std::int16_t kUniversalTime = 2;
 
 // Date in the locale's form with a blank behind it, and time as hh:mm:ss. The sizes are those
 // of the buffers in bytes, of which the last stays unused. Returns 0, xecU_E_INVALID_OPTION

@@ -1,17 +1,20 @@
-#include "TraceControl.h"
+#include "services/inner/TraceControl.h"
 
 #include <cerrno>
 #include <cstdio>
 #include <ctime>
 
-#include "BoundedText.h"
-#include "BuildInformation.h"
-#include "ControlBlock.h"
-#include "FailureReport.h"
-#include "PrivateFile.h"
-#include "ReturnCodes.h"
-#include "ServiceNames.h"
-#include "TraceRecords.h"
+#include "services/base/File.h"
+#include "services/base/Path.h"
+#include "services/base/ReturnCodes.h"
+#include "services/base/Text.h"
+#include "services/inner/BuildInformation.h"
+#include "services/inner/ControlBlock.h"
+#include "services/inner/FailureReport.h"
+#include "services/inner/ServiceNames.h"
+#include "services/inner/TraceRecords.h"
+
+using namespace dnz;
 
 std::int32_t xtrTraceIsOn = 0;
 std::int32_t xtrUserTrace = 0;
@@ -47,26 +50,20 @@ void noteUserTrace(const char* traceValue) {
 
 void startTracing(const char* traceValue) {
     xnzCSCtrl->traceRequested = 1;
-    char pathBuffer[kPathSize];
-    BoundedText path(pathBuffer);
     if (serviceVariable("_PATH") != nullptr) {
         noteUserTrace(traceValue);
     }
-    if (const char* directory = serviceDirectory(); directory != nullptr) {
-        appendDirectory(path, directory);
-    }
-    appendServiceFileName(path, "TRC");
-    if (path.truncated()) {
-        reportUnopenedTraceFile(pathBuffer, ENAMETOOLONG);
+    const Path path(serviceDirectory(), ServiceFileName("TRC").view());
+    if (!path.fits()) {
+        reportUnopenedTraceFile(path.c_str(), ENAMETOOLONG);
         return;
     }
-    xnz_xtrOpenTraceFile(pathBuffer);
+    xnz_xtrOpenTraceFile(path.c_str());
 }
 
 void traceBuildDate() {
-    char text[32];
-    BoundedText(text).append("BuildDate ").append(kBuildDate);
-    xnztr_text(text);
+    FixedText<32> text("BuildDate ");
+    xnztr_text(text.append(kBuildDate).c_str());
 }
 
 }  // namespace
@@ -89,7 +86,7 @@ std::int32_t xnz_xtrOpenTraceFile(const char* path) {
     if (xnzCSCtrl == nullptr) {
         return xecX_E_SERVICE_UNAVAILABLE;
     }
-    std::FILE* file = openPrivateFile(path, "a+");
+    std::FILE* file = openPrivateStream(path, "a+").release();
     if (file == nullptr) {
         return reportUnopenedTraceFile(path, errno);
     }

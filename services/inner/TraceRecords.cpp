@@ -1,4 +1,4 @@
-#include "TraceRecords.h"
+#include "services/inner/TraceRecords.h"
 
 #include <sys/time.h>
 
@@ -10,11 +10,13 @@
 #include <cstring>
 #include <ctime>
 
-#include "BoundedText.h"
-#include "ControlBlock.h"
-#include "FunctionStack.h"
-#include "ReturnCodeNames.h"
-#include "ReturnCodes.h"
+#include "services/base/ReturnCodes.h"
+#include "services/base/Text.h"
+#include "services/inner/ControlBlock.h"
+#include "services/inner/FunctionStack.h"
+#include "services/inner/ReturnCodeNames.h"
+
+using namespace dnz;
 
 namespace {
 
@@ -77,16 +79,15 @@ public:
 
 private:
     void writeLine(std::size_t offset, const unsigned char* bytes, std::size_t count) {
-        char hexadecimal[64];
+        FixedText<64> digits;
         char characters[kBytesPerLine + 1];
-        BoundedText digits(hexadecimal);
         digits.appendf("%04zX  ", offset);
         for (std::size_t i = 0; i < count; ++i) {
             digits.appendf("%02X ", static_cast<unsigned>(bytes[i]));
             characters[i] = std::isprint(bytes[i]) != 0 ? static_cast<char>(bytes[i]) : '.';
         }
         characters[count] = '\0';
-        std::fprintf(file_, "         %-54.54s : %-16.16s\n", hexadecimal, characters);
+        std::fprintf(file_, "         %-54.54s : %-16.16s\n", digits.c_str(), characters);
         std::fflush(file_);
     }
 
@@ -112,7 +113,7 @@ void writeDumpRecord(const unsigned char* bytes, std::size_t length) {
 
 }  // namespace
 
-bool xnztr_isOn() {
+bool dnz::isTracing() {
     return xnzCSCtrl != nullptr && xnzCSCtrl->traceIsOn == 1 && xnzCSCtrl->traceFile != nullptr;
 }
 
@@ -121,7 +122,7 @@ void xnztr_entry(const char* functionName) {
         return;
     }
     const std::int32_t indentation = pushFunction(functionName);
-    if (xnztr_isOn()) {
+    if (isTracing()) {
         xnz_trchkgt(functionName, kServiceOk, indentation, 1);
     }
 }
@@ -131,19 +132,19 @@ void xnztr_exit(const char* functionName, std::int32_t returnCode) {
         return;
     }
     const std::int32_t indentation = popFunction();
-    if (xnztr_isOn()) {
+    if (isTracing()) {
         xnz_trchkgt(functionName, returnCode, indentation, 0);
     }
 }
 
 void xnztr_text(const char* text) {
-    if (text != nullptr && xnztr_isOn()) {
+    if (text != nullptr && isTracing()) {
         xnz_trcgent(kTextRecord, 0, text);
     }
 }
 
 void xnztr_data(const void* data, std::uint16_t length) {
-    if (!xnztr_isOn()) {
+    if (!isTracing()) {
         return;
     }
     if (data == nullptr) {
@@ -180,7 +181,7 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
 
 void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t indentation,
                  std::int32_t isEntry) {
-    if (!xnztr_isOn()) {
+    if (!isTracing()) {
         return;
     }
     const ErrnoKeeper keeper;
@@ -199,7 +200,7 @@ void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t
 }
 
 void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data) {
-    if (!xnztr_isOn() || data == nullptr) {
+    if (!isTracing() || data == nullptr) {
         return;
     }
     const ErrnoKeeper keeper;

@@ -7,13 +7,21 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "BasicTraceScope.h"
+#include "services/base/TraceScope.h"
+
+namespace dnz {
 
 // Room for the longest text of a return code, the terminator included.
 constexpr std::size_t kReturnCodeTextSize = 63;
 
+// Kinds of records for xnz_trcgent.
+constexpr std::int32_t kTextRecord = 0;
+constexpr std::int32_t kDumpRecord = 1;
+
 // Whether records are written at present; for callers that would build a text in vain.
-[[nodiscard]] bool xnztr_isOn();
+[[nodiscard]] bool isTracing();
+
+}  // namespace dnz
 
 void xnztr_entry(const char* functionName);
 void xnztr_exit(const char* functionName, std::int32_t returnCode);
@@ -30,11 +38,13 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode);
 void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t indentation,
                  std::int32_t isEntry);
 
-constexpr std::int32_t kTextRecord = 0;
-constexpr std::int32_t kDumpRecord = 1;
 // Writes a text record, up to the terminator of `data` whatever `length` says, or the dump of
 // one chunk. Any other kind writes nothing.
 void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data);
 
+namespace dnz {
+
 // Traces one operation of the services. The outer layer has its twin for the code above it.
 using ServiceTraceScope = BasicTraceScope<xnztr_entry, xnztr_exit>;
+
+}  // namespace dnz

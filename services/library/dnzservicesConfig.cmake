@@ -1,5 +1,5 @@
 # The services of the gateway, for find_package(dnzservices): link with dnz::services and include
-# <dnz/ServiceCalls.h> and its neighbours. Everything is found from the place of this file, so that
+# "services/outer/ServiceCalls.h" and its neighbours. Everything is found from the place of this file, so that
 # a staged installation serves too.
 cmake_path(SET dnzservices_root NORMALIZE "${CMAKE_CURRENT_LIST_DIR}/../../..")
 
@@ -8,7 +8,7 @@ if(NOT TARGET dnz::services)
   set_target_properties(dnz::services PROPERTIES
     IMPORTED_LOCATION "${dnzservices_root}/lib/libdnzservices.a"
     IMPORTED_LINK_INTERFACE_LANGUAGES CXX
-    INTERFACE_INCLUDE_DIRECTORIES "${dnzservices_root}/include"
+    INTERFACE_INCLUDE_DIRECTORIES "${dnzservices_root}/include/dnz"
     INTERFACE_COMPILE_FEATURES cxx_std_20)
 endif()
 unset(dnzservices_root)

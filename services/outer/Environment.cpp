@@ -1,16 +1,17 @@
-#include "Environment.h"
+#include "services/outer/Environment.h"
 
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <string>
 
-#include "StreamHandle.h"
+#include "services/base/Handle.h"
+#include "services/base/Path.h"
+
+using namespace dnz;
 
 namespace {
 
-constexpr char kDataDirectory[] = "/var/nzm";
-constexpr char kProgramDirectory[] = "/opt/nzm/bin";
 constexpr char kEnvironmentFile[] = "/var/nzm/dnz.env";
 constexpr int kLineSize = 255;  // 254 characters and a terminator
 
@@ -39,7 +40,7 @@ const char* initializeenv() {
     return initializeFromEnvironmentFile(kEnvironmentFile);
 }
 
-const char* initializeFromEnvironmentFile(const char* path) {
+const char* dnz::initializeFromEnvironmentFile(const char* path) {
     const StreamHandle file(std::fopen(path, "r"));
     if (file == nullptr) {
         return nullptr;

@@ -6,6 +6,10 @@
 // text "DNZ_PATH=" when the file holds that key, else null.
 const char* initializeenv();
 
+namespace dnz {
+
 // The last step: DNZ_TRACE and DNZ_PATH from the lines of `path`, in which only the presence of
 // the two keys counts. A file that can't be read changes nothing. Result as above.
 const char* initializeFromEnvironmentFile(const char* path);
+
+}  // namespace dnz

@@ -1,8 +1,11 @@
-#include "MessageText.h"
+#include "services/outer/MessageText.h"
 
-#include "ServiceCalls.h"
+#include "services/outer/ServiceCalls.h"
 
-MessageText::MessageText(std::int32_t number, const char* insert1, const char* insert2) : text_{} {
+namespace dnz {
+
+MessageText::MessageText(std::int32_t number, const char* insert1, const char* insert2) {
+    text_[0] = '\0';
     xcsINSERTS inserts;
     inserts.ccsid1 = kInsertCcsid;
     inserts.ccsid2 = kInsertCcsid;
@@ -11,3 +14,5 @@ MessageText::MessageText(std::int32_t number, const char* insert1, const char* i
     inserts.text2 = insert2;
     dnzxGetMessage(number, 0, inserts, 0, text_, kMessageSize, nullptr, 0, nullptr, 0);
 }
+
+}  // namespace dnz

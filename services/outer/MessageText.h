@@ -4,7 +4,9 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "Inserts.h"
+#include "services/base/Inserts.h"
+
+namespace dnz {
 
 // The room for a message, its terminator included; what doesn't fit is cut.
 constexpr std::size_t kMessageSize = 2000;
@@ -21,3 +23,5 @@ public:
 private:
     char text_[kMessageSize];
 };
+
+}  // namespace dnz

@@ -1,14 +1,16 @@
-#include "ServiceCalls.h"
+#include "services/outer/ServiceCalls.h"
 
 #include <cinttypes>
 #include <cstddef>
 #include <iterator>
 
-#include "BoundedText.h"
-#include "FailureReport.h"
-#include "MessageRetrieval.h"
-#include "StartStop.h"
-#include "TraceRecords.h"
+#include "messages/MessageRetrieval.h"
+#include "services/base/Text.h"
+#include "services/inner/FailureReport.h"
+#include "services/inner/TraceRecords.h"
+#include "services/outer/StartStop.h"
+
+using namespace dnz;
 
 std::int32_t dnzcsaInit = 0;
 
@@ -29,9 +31,9 @@ void dnz_InitCommonServices(const char* name) {
     dnzcsaInit = 1;
 }
 
-bool dnzxtr_isOn() {
+bool dnz::startedAndTracing() {
     startServicesOnce();
-    return xnztr_isOn();
+    return isTracing();
 }
 
 void dnzxtr_entry(const char* functionName) {

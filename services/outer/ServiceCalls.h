@@ -6,9 +6,9 @@
 
 #include <cstdint>
 
-#include "BasicTraceScope.h"
-#include "Inserts.h"
-#include "ReturnCodes.h"
+#include "services/base/Inserts.h"
+#include "services/base/ReturnCodes.h"
+#include "services/base/TraceScope.h"
 
 // 0 until dnz_InitCommonServices has run, then 1 for the rest of the process.
 extern std::int32_t dnzcsaInit;
@@ -16,9 +16,6 @@ extern std::int32_t dnzcsaInit;
 // Starts the services under `name`, of which 7 characters count. A second call under that name
 // changes nothing; another name starts them again.
 void dnz_InitCommonServices(const char* name);
-
-// Whether trace records are written at present; for callers that would build a text in vain.
-[[nodiscard]] bool dnzxtr_isOn();
 
 // Trace records; see TraceScope for the pair of entry and exit.
 void dnzxtr_entry(const char* functionName);
@@ -38,5 +35,12 @@ std::int32_t dnzxGetMessage(std::int32_t number, std::int32_t unused1, xcsINSERT
 std::int32_t dnz_xcsWYRD(const void* unused, std::uint16_t functionIndex, std::int32_t probe,
                          xcsINSERTS inserts);
 
+namespace dnz {
+
+// Whether trace records are written at present; for callers that would build a text in vain.
+[[nodiscard]] bool startedAndTracing();
+
 // Traces one operation of the configuration code.
 using TraceScope = BasicTraceScope<dnzxtr_entry, dnzxtr_exit>;
+
+}  // namespace dnz

@@ -1,15 +1,17 @@
-#include "StartStop.h"
+#include "services/outer/StartStop.h"
 
 #include <algorithm>
 #include <cstring>
 #include <new>
 #include <string_view>
 
-#include "ControlBlock.h"
-#include "ConversionLifecycle.h"
-#include "ReturnCodes.h"
-#include "TraceControl.h"
-#include "TraceRecords.h"
+#include "services/base/ReturnCodes.h"
+#include "services/inner/ControlBlock.h"
+#include "services/inner/TraceControl.h"
+#include "services/inner/TraceRecords.h"
+#include "xlat/ConversionLifecycle.h"
+
+using namespace dnz;
 
 namespace {
 

@@ -4,7 +4,11 @@
 
 #include <cstdint>
 
+namespace dnz {
+
 constexpr std::int32_t kServiceOk = 0;
+
+}  // namespace dnz
 
 constexpr std::int32_t xecS_E_NONE = 0x20006037;  // storage can't be obtained
 constexpr std::int32_t xecX_E_SERVICE_UNAVAILABLE = 0x20806058;

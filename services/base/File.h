@@ -4,20 +4,53 @@
 // end. Files of the installation are opened whatever they are.
 #pragma once
 
+#include <unistd.h>
+
 #include <cstddef>
 #include <utility>
 
-#include "FileDescriptor.h"
-#include "StreamHandle.h"
+#include "services/base/Handle.h"
 
-// Opens `path` with the flags of open (POSIX), a new file with the permissions of `mode`. It
-// doesn't wait for the other end of a pipe, but for a process that has a lease on the file it does.
-// None with errno set if the file can't be opened.
-[[nodiscard]] FileDescriptor openUnlessPipe(const char* path, int flags, unsigned int mode);
+namespace dnz {
+
+// An open file of the operating system, closed with the object.
+class FileDescriptor {
+public:
+    FileDescriptor() = default;
+    // Takes over `number`; a negative one is what a failed open returned.
+    explicit FileDescriptor(int number) : number_(number) {}
+    FileDescriptor(FileDescriptor&& other) noexcept
+        : number_(std::exchange(other.number_, kNone)) {}
+    FileDescriptor& operator=(FileDescriptor&& other) noexcept {
+        std::swap(number_, other.number_);
+        return *this;
+    }
+    FileDescriptor(const FileDescriptor&) = delete;
+    FileDescriptor& operator=(const FileDescriptor&) = delete;
+    ~FileDescriptor() {
+        if (isOpen()) {
+            close(number_);
+        }
+    }
+
+    [[nodiscard]] bool isOpen() const { return number_ >= 0; }
+    [[nodiscard]] int number() const { return number_; }
+    // Gives the open file away; the caller closes it.
+    [[nodiscard]] int release() { return std::exchange(number_, kNone); }
+
+private:
+    static constexpr int kNone = -1;
+    int number_ = kNone;
+};
 
 // The open file `path` for reading, or none with errno set: of any kind, or a regular one only.
 [[nodiscard]] FileDescriptor openFile(const char* path);
 [[nodiscard]] FileDescriptor openRegularFile(const char* path);
+
+// A stream for appending in `mode`, "a" or "a+" (fopen, ISO C). A new file is for its owner alone,
+// since form values go into traces and reports; a file that is there keeps its permissions. Null
+// with errno set when it can't be opened.
+[[nodiscard]] StreamHandle openPrivateStream(const char* path, const char* mode);
 
 // The open stream of `path` for writing, made if it isn't there and emptied if it is, or null.
 [[nodiscard]] StreamHandle openEmptiedStream(const char* path);
@@ -59,3 +92,5 @@ private:
     const char* end_ = buffer_;
     char buffer_[kBufferSize];
 };
+
+}  // namespace dnz

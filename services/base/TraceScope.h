@@ -3,7 +3,9 @@
 
 #include <cstdint>
 
-// Writes the entry record when it is made and the exit record when it goes, at every way out.
+namespace dnz {
+
+// Writes the entry record when it is made and the exit record when it goes, on every way out.
 // Declare it first in a function, so that the records of local objects fall inside.
 // The labels are borrowed; they are literals.
 template <void (*EntryRecord)(const char*), void (*ExitRecord)(const char*, std::int32_t)>
@@ -29,3 +31,5 @@ private:
     const char* exitLabel_;
     std::int32_t exitCode_ = 0;
 };
+
+}  // namespace dnz

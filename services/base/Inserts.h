@@ -3,8 +3,12 @@
 
 #include <cstdint>
 
+namespace dnz {
+
 // The CCSID that goes with the insert texts of messages.
 constexpr std::int32_t kInsertCcsid = 850;
+
+}  // namespace dnz
 
 // What goes with a message or a failure report: two numbers and three texts.
 // Texts are borrowed: the caller keeps them alive during the call. A null text is no text.

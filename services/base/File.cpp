@@ -1,4 +1,4 @@
-#include "RegularFile.h"
+#include "services/base/File.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -6,10 +6,25 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <string_view>
+
+namespace dnz {
 
 namespace {
 
 constexpr mode_t kByUmask = 0666;
+constexpr mode_t kOwnerOnly = 0600;
+
+// Doesn't wait for the other end of a pipe, but for a process that has a lease on the file it does.
+FileDescriptor openUnlessPipe(const char* path, int flags, mode_t mode) {
+    const int allFlags = flags | O_NOCTTY | O_CLOEXEC;
+    FileDescriptor file(::open(path, allFlags | O_NONBLOCK, mode));
+    // So ends the open of a file with a lease, which only regular files have.
+    if (!file.isOpen() && errno == EWOULDBLOCK) {
+        return FileDescriptor(::open(path, allFlags, mode));
+    }
+    return file;
+}
 
 FileDescriptor openRegular(const char* path, int flags) {
     FileDescriptor file = openUnlessPipe(path, flags, kByUmask);
@@ -20,17 +35,15 @@ FileDescriptor openRegular(const char* path, int flags) {
     return file;
 }
 
-}  // namespace
-
-FileDescriptor openUnlessPipe(const char* path, int flags, unsigned int mode) {
-    const int allFlags = flags | O_NOCTTY | O_CLOEXEC;
-    FileDescriptor file(::open(path, allFlags | O_NONBLOCK, mode));
-    // So ends the open of a file with a lease, which only regular files have.
-    if (!file.isOpen() && errno == EWOULDBLOCK) {
-        return FileDescriptor(::open(path, allFlags, mode));
+StreamHandle streamOf(FileDescriptor file, const char* mode) {
+    StreamHandle stream(file.isOpen() ? fdopen(file.number(), mode) : nullptr);
+    if (stream != nullptr) {
+        static_cast<void>(file.release());
     }
-    return file;
+    return stream;
 }
+
+}  // namespace
 
 FileDescriptor openFile(const char* path) {
     return FileDescriptor(::open(path, O_RDONLY | O_NOCTTY | O_CLOEXEC));
@@ -40,16 +53,17 @@ FileDescriptor openRegularFile(const char* path) {
     return openRegular(path, O_RDONLY);
 }
 
+StreamHandle openPrivateStream(const char* path, const char* mode) {
+    const int access = std::string_view(mode) == "a+" ? O_RDWR : O_WRONLY;
+    return streamOf(openUnlessPipe(path, access | O_CREAT | O_APPEND, kOwnerOnly), mode);
+}
+
 StreamHandle openEmptiedStream(const char* path) {
     FileDescriptor file = openRegular(path, O_WRONLY | O_CREAT);
     if (!file.isOpen() || ftruncate(file.number(), 0) != 0) {
         return nullptr;
     }
-    StreamHandle stream(fdopen(file.number(), "w"));
-    if (stream != nullptr) {
-        static_cast<void>(file.release());
-    }
-    return stream;
+    return streamOf(std::move(file), "w");
 }
 
 std::size_t FileReader::read(char* target, std::size_t size) {
@@ -94,3 +108,5 @@ bool FileReader::fill() {
     end_ = buffer_ + std::max<ssize_t>(count, 0);
     return !ended_;
 }
+
+}  // namespace dnz
