@@ -3,12 +3,21 @@ import contextlib
 import os
 import socket
 import subprocess
+import tempfile
 import time
 
 
 def stage(build, folder):
     subprocess.run(['cmake', '--install', build], check=True, stdout=subprocess.DEVNULL,
                    env={**os.environ, 'DESTDIR': folder})
+
+
+@contextlib.contextmanager
+def staged(build):
+    """A folder with the installation, until the context is left."""
+    with tempfile.TemporaryDirectory(prefix='dnzcnf-', ignore_cleanup_errors=True) as folder:
+        stage(build, folder)
+        yield folder
 
 
 @contextlib.contextmanager
