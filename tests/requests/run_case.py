@@ -1,267 +1,326 @@
 #!/usr/bin/env python3
-"""Runs cases against the program: each in a fresh folder and with the environment it names alone.
+"""Runs the cases of a file against the program, in one fresh folder and with no environment but the
+one they name. Whole answers and whole files are compared. Unless the cases trace by themselves,
+they run a second time with tracing on: nothing may change, and each trace has to explain itself.
 
-Whole answers and whole files are compared. A case that doesn't trace by itself runs a second
-time with tracing on: nothing of its outcome may change, and each trace file has to explain itself.
-The form of a case file is told in case_file.py.
+A case begins with "== " and what it shows; the lines before the first one belong to all. A line is
+a keyword with its arguments; text that belongs to it is indented, or follows ": " in the same line.
+
+    file NAME            a file to make first; with "/" at its end a folder, with "|" a pipe
+    env NAME=value, ...  variables; a bare NAME takes the variable away
+    without NAME         takes a file away
+    open NAME            the first view of a file. Below it may be its lines, each as
+                             line => name | value | description, or nothing
+    save [NAME]          the form of dnz.ini comes back, to be saved as NAME. Below are its rows, each
+                         with its line in the file if it isn't plain, or its faults and value then:
+                             name | value | description | box => line
+                             name | value | description | box ! 1015 1016 value
+                             + name | value | description      the new entry
+    back [NAME]          the form of the answer before comes back, to be saved as NAME
+    with NAME=value, ... fields beside those; a bare NAME takes the field away
+    raw                  fields as sent, after those: an "&" a line
+    closed STREAM        stdin, stdout or stderr is closed before the program starts
+    taken KIND           the name of the trace file is taken: by a "folder", a "pipe", a "full" device
+
+The outcome is a page with the rows of the file; a save writes its rows in name order. Otherwise:
+
+    page NAME [SAVE [FOLDER]]   the form page, one "name | value | description" a row
+    refused 1013|insert, 1012   the failure page, behind the faults of the rows
+    stdout, stderr, exit N      what is said there; 1 is the exit value unless said
+    after NAME                  a file that is new or has changed; no other file may
+    trace [FOLDER [user]]       the tree of records (see traces.py); an own DNZ_TRACE needs FOLDER
+    report FOLDER               a failure report, or lines of it
+
+Texts: \\x20 stands for a byte, a last \\ for no line end, {x*80} for a run, {cwd} for the folder,
+{1010|insert|insert} for a message, {0-9|text @} for ten lines with 0000 to 0009 in them.
 """
-
-import argparse
 import difflib
 import functools
-import html.parser
 import os
 import pathlib
-import subprocess
+import re
 import sys
 import tempfile
-import urllib.parse
 
-import trace_file
-from answers import Catalogue, Expander, failure_page, form_page
-from case_file import ENCODING, decode, read_case
+import traces
 
 HERE = pathlib.Path(__file__).parent
-FIXTURES = HERE / "fixtures"
-MESSAGES = HERE.parents[1] / "install" / "messages" / "en_US" / "dnz.msg"
-TEMPLATES = ("dnzcnf2.htm", "dnzcnf3.htm")
-SANITIZER_VARIABLES = ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
-SAMPLE_TRACE = "DNZ04711.TRC"
-TIMEOUT_SECONDS = 120
+sys.path.append(str(HERE.parent / 'support'))
+import program
 
-
-class FormFields(html.parser.HTMLParser):
-    """The fields that a browser sends when no box is ticked and no control has a name."""
-
-    def __init__(self, page):
-        super().__init__()
-        self.fields = {}
-        self.feed(page)
-
-    def handle_starttag(self, tag, attributes):
-        attributes = dict(attributes)
-        kind = attributes.get("type", "text").lower()
-        if tag == "input" and kind not in ("checkbox", "submit"):
-            self.fields[attributes["name"]] = attributes["value"]
+ENCODING = 'latin-1'  # bytes pass through unchanged
+MESSAGES = program.messages(encoding=ENCODING)
+PROGRAM, CATALOGUES = sys.argv[2] + '/frontend/dnzcnf', sys.argv[2] + '/install'
 
 
 def read(path):
     return path.read_bytes().decode(ENCODING)
 
 
-class Differences:
-    def __init__(self):
-        self.texts = []
+BLOCKS = traces.read_blocks(read(HERE / 'fixtures/records.txt'))
+ROW, TAIL = read(HERE / 'fixtures/form.txt').split('---\n')
+
+
+def read_lines(text):
+    lines = re.findall(r'^(\w+) ?(.*?)(?:: (.*))?\n((?:  .*\n|\n(?=\n*  ))*)', text, re.MULTILINE)
+    return [(keyword, arguments, f'{first}\n' if first else re.sub('^  ', '', block, flags=re.M))
+            for keyword, arguments, first, block in lines]
+
+
+def expand(text, folder):
+    """The bytes that a text of a case stands for."""
+    def run(match):
+        first, last = int(match[1]), int(match[2])
+        step = 1 if first <= last else -1
+        return ''.join(match[3].replace('@', f'{number:04}') + '\n'
+                       for number in range(first, last + step, step))
+
+    def message(match):
+        number, *inserts = match[1].split('|')
+        values = dict(zip('345', inserts + ['', '', '']))
+        return re.sub('%([3-5])', lambda m: values[m[1]], MESSAGES[int(number)])[:1999]
+
+    text = re.sub(r'\{(\d+)-(\d+)\|(.*?)\}\n?', run, text.replace('{cwd}', folder))
+    text = re.sub(r'\\(?:x(..)|\n)', lambda m: chr(int(m[1], 16)) if m[1] else '', text)
+    text = re.sub(r'\{(.)\*(\d+)\}', lambda m: m[1] * int(m[2]), text)
+    return re.sub(r'\{(\d{4}(?:\|[^{}|]*)*)\}', message, text)
+
+
+def cells(row):
+    return [*re.split(r' \|(?=$| \|)| \| ', row), '', ''][:max(3, row.count('|') + 1)]
+
+
+def entries(text):
+    """The cells of each line of an ini file as the program writes it."""
+    return [[*re.fullmatch('([^ ]*)(?: ([^ ]*))?(?: #(.*))?', line).groups('')]
+            for line in text.splitlines()]
+
+
+def saved_line(name, value, description):
+    if value or description:
+        return f'{name} {value} #{description or " "}' if value else f'{name}  #{description}'
+    return name
+
+
+def fill(template, **values):
+    for name, value in values.items():
+        template = template.replace(f'<{name}>', str(value))
+    return template
+
+
+class Case:
+    """One case in one pass. What differs from its outcome is collected."""
+
+    def __init__(self, folder, trace_folder, lines, answer):
+        self.folder, self.trace_folder = folder, trace_folder
+        self.expand = functools.partial(expand, folder=str(folder))
+        self.lines = [(keyword, self.expand(arguments), text) for keyword, arguments, text in lines]
+        self.kind, self.name, text = ([*self.find('open', 'save', 'back'), ('', '', '')])[0]
+        self.rows = [(self.expand(left), mark, self.expand(right)) for left, mark, right in
+                     re.findall(r'(.+?)(?: +(=>|!) ?(.*))?\n', text)]
+        self.form = self.fields(answer)
+        self.differences = []
+
+    def find(self, *keywords):
+        return [line for line in self.lines if line[0] in keywords]
+
+    def text(self, keyword, default=''):
+        return self.expand(''.join(text for _, _, text in self.find(keyword)) or default)
 
     def compare(self, what, expected, actual):
         if expected != actual:
-            self.texts.append("\n".join(difflib.unified_diff(
-                visible(expected), visible(actual), f"{what}, expected", f"{what}, actual",
-                lineterm="")))
+            self.differences += difflib.unified_diff(
+                *([repr(line) for line in text.splitlines(True)] for text in (expected, actual)),
+                f'{what}, expected', f'{what}, actual', lineterm='', n=1)
 
+    def fields(self, answer):
+        fields = {'open': {'dnzcnf': 'open', 'dnzINIfile': self.name},
+                  'save': {'dnzhidefile': 'dnz.ini', 'dnzINIsave': 'dnz.ini', 'dnzSave': 'Save'},
+                  'back': {name: quoted or plain for name, quoted, plain in re.findall(
+                      r'NAME= ?(\S+) VALUE= ?(?:"(.*?)"|(\S+)) +SIZE', answer)}}.get(self.kind, {})
+        if self.kind == 'save':
+            olds = [cells(row) for row, _, _ in self.rows if not row.startswith('+ ')]
+            for index, row in enumerate(olds):
+                fields.update((f'{kind}{index}', cell) for kind, cell in zip('nvde', row) if cell)
+            fields['dnzNumPairs'] = len(olds)
+            for row, _, _ in self.rows[len(olds):]:
+                fields.update(zip(('dnzNewName', 'dnzNewValue', 'dnzNewDesc'), cells(row[2:])))
+        if self.kind in ('save', 'back'):
+            fields.update({'dnzSave': 'Save', **({'dnzINIsave': self.name} if self.name else {})})
+        for _, changes, _ in self.find('with'):
+            for name, sets, value in (change.partition('=') for change in changes.split(', ')):
+                fields[name] = value if sets else None
+        return {name: value for name, value in fields.items() if value is not None}
 
-def visible(text):
-    """Lines with everything but plain characters escaped, and the missing last line feed told."""
-    *lines, rest = [repr(line)[1:-1] for line in text.split("\n")]
-    lines += [rest + " (no line feed)"] if rest else []
-    return [line[:-1] + "\\x20" if line.endswith(" ") else line for line in lines]
-
-
-class CaseRun:
-    """One pass of a case: a folder, the requests one after the other."""
-
-    def __init__(self, arguments, common, folder, trace_folder=None):
-        self.program = arguments.program
-        self.folder = pathlib.Path(folder)
-        self.trace_folder = trace_folder
-        self.common = common
-        self.differences = Differences()
-        self.expand = Expander(Catalogue(MESSAGES), folder)
-        self.environment = {name: os.environ[name] for name in SANITIZER_VARIABLES
-                            if name in os.environ}
-        self.environment.update(PATH="/bin", NLSPATH=f"{arguments.catalogue_dir}/%N.cat")
-        self.answer = ""
-        for name in TEMPLATES:
-            if not any(section[:2] == ("without", name) for section in common.sections):
-                self.write(name, read(FIXTURES / name))
-
-    def write(self, name, text):
-        path = self.folder / name.removesuffix("|")
-        (path if name.endswith("/") else path.parent).mkdir(parents=True, exist_ok=True)
-        if name.endswith("|"):
-            os.mkfifo(path)
-        elif not name.endswith("/"):
-            path.write_text(text, encoding=ENCODING, newline="")
+    def make_files(self):
+        for _, name, text in self.find('file'):
+            path = self.folder / name.rstrip('|')
+            (path if name.endswith('/') else path.parent).mkdir(parents=True, exist_ok=True)
+            if name.endswith('|') and not path.exists():
+                os.mkfifo(path)
+            elif not name.endswith(('/', '|')):
+                path.write_text(self.expand(text), ENCODING, newline='')
+        if self.kind == 'open' and self.rows:
+            lines = ''.join(line + '\n' for line, _, _ in self.rows)
+            (self.folder / self.name).write_text(lines, ENCODING, newline='')
+        for _, name, _ in self.find('without'):
+            (self.folder / name).unlink()
 
     def files(self):
         return {str(path.relative_to(self.folder)): read(path)
-                for path in self.folder.rglob("*") if path.is_file()}
+                for path in self.folder.rglob('*') if path.is_file()}
 
-    def body(self, request):
-        """The body of a form post, None for another request."""
-        if request.find("submit"):
-            fields = FormFields(self.answer).fields
-            fields.update(line.split("=", 1) for line in
-                          self.expand(decode(request.text("submit"))).splitlines())
-            return urllib.parse.urlencode(fields, encoding=ENCODING)
-        if request.find("post"):
-            return "&".join(decode(line)
-                            for line in self.expand(request.text("post")).splitlines())
-        return None
+    def saved(self):
+        """The lines of the rows in the order of their names."""
+        rows = [(cells(row.removeprefix('+ ')), line) for row, _, line in self.rows]
+        return ''.join(f'{line or saved_line(*row[:3])}\n'
+                       for row, line in sorted(rows) if not row[3:])
 
-    def request_environment(self, request, body):
-        environment = dict(self.environment)
-        if body is not None:
-            environment.update(REQUEST_METHOD="POST", CONTENT_LENGTH=str(len(body)),
-                               CONTENT_TYPE="application/x-www-form-urlencoded")
-        if self.trace_folder:
-            environment.update(DNZ_TRACE="ON", DNZ_PATH=self.trace_folder)
-        for line in (self.common.text("env", "") + request.text("env", "")).splitlines():
-            name, sets, value = self.expand(decode(line)).partition("=")
-            if sets:
-                environment[name] = value
-            else:
-                environment.pop(name, None)
-        return environment
+    def faults(self):
+        """The messages of the rows with faults, in the order of their names."""
+        for row, mark, faults in sorted(self.rows):
+            if mark == '!':
+                name, value, _ = cells(row.removeprefix('+ '))[:3]
+                numbers, _, shown = faults.partition(': ')
+                for number in numbers.split():
+                    yield f'{{{number}}}\n{{1010|{name}|{shown or value}}}\n'
 
-    def prepare_child(self, request, environment):
-        """What happens in the child, with its process id, before it becomes the program."""
-        def prepare():
-            for _, kind, _ in request.find("taken"):
-                folder = self.folder / environment.get("DNZ_PATH", "")
-                name = folder / trace_name(os.getpid(), "TRC")
-                make = {"directory": name.mkdir, "pipe": functools.partial(os.mkfifo, name),
-                        "full": functools.partial(name.symlink_to, "/dev/full")}
-                make[kind]()
-            for _, name, _ in request.find("closed"):
-                os.close(("stdin", "stdout", "stderr").index(name))
-        return prepare
-
-    def run(self, request):
-        for _, name, text in request.find("file"):
-            self.write(name, self.expand(decode(text)))
-        expected = self.files()
-        body = self.body(request)
-        environment = self.request_environment(request, body)
-        child = subprocess.Popen(
-            [self.program], cwd=self.folder, env=environment,
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-            preexec_fn=self.prepare_child(request, environment))
-        output, errors = self.talk(child, body or "")
-        compare = self.differences.compare
-        compare("standard output", self.expected_answer(request), output)
-        compare("standard error", self.expand(decode(request.text("stderr", ""))), errors)
-        compare("exit value", request.argument("exit", "1"), str(child.returncode))
-        self.check_records(request, environment, child, body or "")
-        expected.update((name, self.expand(decode(text)))
-                        for _, name, text in request.find("after"))
-        self.compare_files(expected)
-        self.answer = output
-
-    @staticmethod
-    def talk(child, body):
-        try:
-            answers = child.communicate(body.encode(ENCODING), timeout=TIMEOUT_SECONDS)
-        except subprocess.TimeoutExpired:
-            child.kill()
-            raise
-        return (answer.decode(ENCODING) for answer in answers)
-
-    def expected_answer(self, request):
-        (keyword, arguments, text), = request.find("stdout", "page", "faults")
-        if keyword == "page":
-            text = form_page(self.expand(arguments), text, *map(self.template, TEMPLATES))
+    def expected_page(self, files):
+        if self.find('stdout'):
+            return self.text('stdout')
+        faults = ''.join(self.faults())
+        if faults or self.find('refused'):
+            (_, refused, _), = self.find('refused') or [('', '1012', '')]
+            return self.expand('Content-type: text/plain\n\n{1005}\n' + faults + ''.join(
+                f'{{{text}}}\n' for text in refused.split(', ')))
+        (_, names, rows), = self.find('page') or [('', '', '')]
+        hide, save, directory = ((names or self.form['dnzINIsave' if 'dnzSave' in self.form else 'dnzINIfile']).split() + ['', ''])[:3]
+        if rows:
+            rows = [cells(row) for row in self.expand(rows).splitlines()]
+        elif self.kind == 'open' and self.rows:
+            rows = sorted(row for line, mark, shown in self.rows
+                          for row in ([cells(shown)] if shown else [] if mark else entries(line)))
         else:
-            text = decode(failure_page(text) if keyword == "faults" else text)
-        return self.expand(text)
+            rows = sorted(entries(files.get(os.path.relpath(self.folder / (directory and directory + os.path.basename(hide) or hide), self.folder), '')))
+        field = functools.partial(fill, '<TD><INPUT TYPE= HIDDEN  NAME= <name> VALUE= "<value>"  SIZE= 25 > </TD>\n ')
+        head, tail = (self.template(f'dnzcnf{number}.htm', files) for number in '23')
+        return self.expand('Content-type: text/html\n\n') + head + ''.join(fill(ROW, i=index, name=name, value=value, description=description) for index, (name, value, description) in enumerate(rows)) + self.expand(fill(TAIL, rows=len(rows), hide=hide, save=save or hide, directory=directory and field(name='dnzfilepath', value=directory))) + tail
 
-    def template(self, name):
-        path = self.folder / name
-        return read(path) + "\n" if path.exists() else f"<HTML>{{1000|{name}}}</HTML>"
+    def template(self, name, files):
+        found = [files[path] for path in sorted(files) if path in (name, f'pages/{name}')]
+        return found[0] + '\n' if found else self.expand(f'<HTML>{{1000|{name}}}</HTML>')
 
-    def compare_files(self, expected):
-        actual = self.files()
-        for name in sorted(expected.keys() | actual.keys()):
-            self.differences.compare(f"file {name}", expected.get(name, "(no such file)"),
-                                     actual.get(name, "(no such file)"))
+    def prepare_child(self):
+        """What happens in the child, with its process id, before it becomes the program."""
+        for kind, place in (taken.split() for _, taken, _ in self.find('taken')):
+            path = self.folder / place / trace_name(os.getpid(), 'TRC')
+            {'folder': path.mkdir, 'pipe': functools.partial(os.mkfifo, path),
+             'full': functools.partial(path.symlink_to, '/dev/full')}[kind]()
+        for _, name, _ in self.find('closed'):
+            os.close(('stdin', 'stdout', 'stderr').index(name))
 
-    def check_records(self, request, environment, child, body):
-        """Compares the trace file and the report, and takes them away."""
-        blocks = trace_file.read_blocks(read(FIXTURES / "trace_blocks.txt")
-                                        + request.text("blocks", ""))
-        banner = environment.get("DNZ_TRACE", "")[:1] in ("U", "u") and environment.get("DNZ_PATH")
-        read_trace = functools.partial(trace_file.read_trace, user_banner=bool(banner),
-                                       line_feeds="%0A" in body.upper())
-        compare = self.differences.compare
+    def check(self):
+        self.make_files()
+        files = self.files()
+        raw = '&'.join(line for line in self.text('raw').splitlines())
+        body = (program.form(self.form, ENCODING).decode() + ('&' if self.form and raw else '') + raw).encode(ENCODING)
+        variables = {'NLSPATH': CATALOGUES + '/%N.cat'}
         if self.trace_folder:
-            self.check_last_record(self.take(self.trace_folder, child, "TRC", read_trace), child)
-            compare("other files of the trace folder", "", "\n".join(os.listdir(self.trace_folder)))
-        for _, folder, tree in request.find("trace"):
-            lines = self.take(folder, child, "TRC", read_trace)
-            if tree:
-                compare("trace", trace_file.expand_tree(self.expand(tree), blocks), lines)
-            self.check_last_record(lines, child)
-        for _, folder, text in request.find("report"):
-            report = self.take(folder, child, "FDC", trace_file.read_report)
-            compare("report", self.expand(decode(text)),
-                    report.replace(trace_name(child.pid, "TRC"), SAMPLE_TRACE))
+            variables.update(DNZ_TRACE='ON', DNZ_PATH=self.trace_folder)
+        for _, changes, _ in self.find('env'):
+            variables.update((name, value if sets else None) for name, sets, value in
+                             (change.partition('=') for change in changes.split(', ')))
+        answer = program.run([PROGRAM], self.folder, body if self.form or self.find('raw') else None, variables, preexec_fn=self.prepare_child)
+        self.answer = answer.output.decode(ENCODING)
+        self.check_records(answer.pid)
+        if self.find('after'):
+            files.update((name, self.expand(text)) for _, name, text in self.find('after'))
+        elif self.kind == 'save' and not any(self.faults()) and not self.find('refused', 'stdout'):
+            files[self.form['dnzINIsave']] = self.saved()
+        self.compare('standard output', self.expected_page(files), self.answer)
+        self.compare('standard error', self.text('stderr'), answer.errors.decode(ENCODING))
+        (_, code, _), = self.find('exit') or [('', '1', '')]
+        self.compare('exit value', code, str(answer.code))
+        actual = self.files()
+        for name in sorted(files.keys() | actual.keys()):
+            self.compare(f'file {name}', files.get(name, '(none)'), actual.get(name, '(none)'))
+        return self.differences
 
-    def check_last_record(self, lines, child):
-        code = "OK" if child.returncode == 0 else str(child.returncode)
-        self.differences.compare("last record of the trace", f"   <--NZGcnf (main) (rc= {code})\n",
-                                 lines[lines.rfind("   <--"):])
+    def check_records(self, pid):
+        """Compares the trace file and the report, and takes them away."""
+        own = any('DNZ_TRACE' in changes for _, changes, _ in self.find('env'))
+        trees = (self.find('trace') or [('', '', '')] * bool(self.trace_folder)
+                 if own or self.trace_folder else [])
+        for _, place, tree in trees:
+            place, _, user = place.partition(' ')
+            blocks = BLOCKS | {name: self.expand(text) for _, name, text in self.find('block')}
+            text = self.take(self.trace_folder or self.folder / place, pid, 'TRC')
+            try:
+                records, banner = traces.read_trace(text)
+                self.compare('banner', user, 'user' if banner else '')
+                if tree:
+                    self.compare('trace', traces.expand(self.expand(tree), blocks), records)
+                for _, _, part in self.find('traced'):
+                    part = traces.plain(traces.expand(self.expand(part), blocks))
+                    if part not in traces.plain(records):
+                        self.compare('trace', part, records)
+            except traces.Unexplained as problem:
+                self.differences.append(str(problem))
+        for _, place, report in self.find('report'):
+            text = traces.read_report(self.take(self.folder / place, pid, 'FDC').replace(trace_name(pid, 'TRC'), 'DNZ04711.TRC'))
+            self.compare('report', self.expand(report), text if report.startswith('+') else ''.join(line for line in self.expand(report).splitlines(True) if line.strip() in text))
 
-    def take(self, folder, child, kind, explain):
-        path = self.folder / folder / trace_name(child.pid, kind)
-        try:
-            self.differences.compare(f"mode of {path.name}", "0o100600", oct(path.stat().st_mode))
-            text = read(path)
-            path.unlink()
-            return explain(text)
-        except (OSError, trace_file.Unexplained) as problem:
-            self.differences.texts.append(str(problem))
-            return ""
+    def take(self, folder, pid, kind):
+        path = pathlib.Path(folder) / trace_name(pid, kind)
+        if not path.exists():
+            return 'no such file'
+        self.compare('mode', '0o100600', oct(path.stat().st_mode))
+        text = read(path)
+        path.unlink()
+        return text
 
 
 def trace_name(process_id, kind):
-    return f"DNZ{process_id % 100000:05d}.{kind}"
+    return f'DNZ{process_id % 100000:05d}.{kind}'
 
 
-def run_pass(arguments, case, trace_folder):
-    """The differences of one pass, each with the request it belongs to."""
-    common, requests = read_case(case)
-    with tempfile.TemporaryDirectory(prefix="dnzcnf-") as folder:
-        run = CaseRun(arguments, common, os.path.realpath(folder), trace_folder)
-        # Files for all requests are made with the first one.
-        requests[0].sections += [section for section in common.sections if section[0] != "env"]
-        for request in requests:
-            already = len(run.differences.texts)
-            run.run(request)
-            for text in run.differences.texts[already:]:
-                how = "traced" if trace_folder else "plain"
-                yield f"{case}: {request.title} ({how})\n{text}"
+def each_case(parts):
+    """The cases with their titles; one with a table is a case for each of its rows."""
+    for title, part in zip(parts[::2], parts[1::2]):
+        (row, block), = re.findall(r'^each ?(.*)\n((?:  .*\n)*)', part, re.MULTILINE) or [('', '')]
+        for row in block.splitlines() if block else row.split(', '):
+            values = dict(enumerate(re.split(r' +\| ?', row.strip()), 1))
+            yield f'{title} {row}', re.sub(r'\$(\d)', lambda m: values[int(m[1])],
+                                           re.sub(r'^each.*\n(  .*\n)*', '', part, flags=re.M))
 
 
-def run_case(arguments, case):
-    common, requests = read_case(case)
-    found = list(run_pass(arguments, case, None))
-    if not any("DNZ_TRACE" in part.text("env", "") for part in [common] + requests):
-        with tempfile.TemporaryDirectory(prefix="dnzcnf-trace-") as trace_folder:
-            found += run_pass(arguments, case, trace_folder)
-    return found
+def run_pass(path, trace_folder):
+    text = re.sub(r'^#.*\n', '', read(pathlib.Path(path)), flags=re.MULTILINE)
+    common, *parts = re.split(r'^== (.*)\n', text, flags=re.MULTILINE)
+    answer = ''
+    with tempfile.TemporaryDirectory(prefix='dnzcnf-') as folder:
+        folder = pathlib.Path(os.path.realpath(folder))
+        setup = read_lines(common)
+        for name in ('dnzcnf2.htm', 'dnzcnf3.htm'):
+            (folder / name).write_bytes((HERE / 'fixtures' / name).read_bytes())
+        for title, part in each_case(parts):
+            case = Case(folder, trace_folder, setup + read_lines(part), answer)
+            if differences := case.check():
+                yield '\n'.join([f'{path}: {title} ({"traced" if trace_folder else "plain"})', *differences, ''])
+            setup = [line for line in setup if line[0] not in ('file', 'without')]
+            answer = case.answer if 'dnzNumPairs' in case.answer else answer
 
 
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--program", required=True, type=os.path.abspath)
-    parser.add_argument("--catalogue-dir", required=True, type=os.path.abspath)
-    parser.add_argument("cases", nargs="+", metavar="CASEFILE")
-    arguments = parser.parse_args()
-    found = [text for case in arguments.cases for text in run_case(arguments, case)]
-    if found:
-        print("\n\n".join(found))
+def main(paths):
+    found = []
+    for path in paths:
+        found += run_pass(path, None)
+        if 'DNZ_TRACE' not in read(pathlib.Path(path)):
+            with tempfile.TemporaryDirectory(prefix='dnzcnf-trace-') as trace_folder:
+                found += run_pass(path, trace_folder)
+    print('\n'.join(found), end='')
     return 1 if found else 0
 
 
-if __name__ == "__main__":
-    sys.exit(main())
+if __name__ == '__main__':
+    sys.exit(main(sys.argv[3:]))
