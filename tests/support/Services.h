@@ -14,7 +14,7 @@
 #include "TraceControl.h"
 
 // Rows of "input => result", one a line or some in a line with "|" between them. `resultOf` makes
-// the result of an input, which it reads as a stream.
+// the result of an input, which it reads as a stream; "/" stands for a line end in a result.
 template <typename ResultOf>
 void check(const std::string& table, ResultOf resultOf) {
     static const std::regex kRow(" *([^|\n]*?) *=> *([^|\n]*?) *(?=[|\n]|$)");
@@ -23,8 +23,9 @@ void check(const std::string& table, ResultOf resultOf) {
     for (; row != std::sregex_iterator(); ++row) {
         std::istringstream input(row->str(1));
         std::ostringstream result;
-        result << resultOf(input);
-        EXPECT_EQ(result.str(), row->str(2)) << "of " << row->str(1);
+        result << std::hex << resultOf(input) << ' ';
+        const std::string line = std::regex_replace(result.str(), std::regex("\n"), "/");
+        EXPECT_EQ(line.substr(0, line.find_last_not_of(' ') + 1), row->str(2)) << row->str(1);
     }
 }
 
