@@ -35,11 +35,8 @@ WRONG_PATHS = (
     '/dnzgate/dnzcnf1.htm', '/dnzgate/de_DE/', '/dnzgate/dnzcnf.css/', '/dnzgate/../../bin/dnzcnf',
     '/dnzgate/%2e%2e/%2e%2e/bin/dnz.cat', '/dnzgate/..%2f..%2fbin%2fdnz.cat', '/cgi-bin/',
     PROGRAM + '/', PROGRAM + '/dnz.ini', '/cgi-bin/../bin/dnzcnf', '/var/nzm/dnz.ini')
-WRONG_METHODS = 'PUT', 'DELETE', 'OPTIONS'
-SHOW_ENVIRONMENT = r'''#!/bin/sh
-/bin/cat >/dev/null
-printf 'Content-Type: text/plain\n\n'
-/usr/bin/tr '\0' '\n' </proc/$$/environ
+SHOW_ENVIRONMENT = '''#!/bin/sh
+/bin/cat >/dev/null; echo Content-Type: text/plain; echo; /usr/bin/env
 '''
 
 
@@ -103,12 +100,10 @@ class Snippet:
         answer = self.request(body=b'dnzcnf=open&dnzINIfile=dnz.ini', **browser)
         self.check(answer, {200})
         self.assertIn('"GATE.IN"', answer.text)
-        self.assertIn('>Name<', answer.text)
         self.check(self.request(**browser), {200}, SAVED)
-
-    def test_post_of_a_program_up_to_the_limit_is_served(self):
-        body = (SAVE + b'&x=').ljust(LIMIT, b'x')
-        self.check(self.request(body=body, **{'Sec-Fetch-Site': 'none'}), {200}, SAVED)
+        self.ini.write_bytes(FILE)
+        body = (SAVE + b'&x=').ljust(LIMIT, b'x')  # of no browser, and as long as may be
+        self.check(self.request(body=body), {200}, SAVED)
 
     def test_refused(self):
         for name, (values, statuses) in REFUSED.items():
@@ -118,10 +113,10 @@ class Snippet:
         chunked = b'%x\r\n%s\r\n0\r\n\r\n' % (LIMIT + 9, SAVE.ljust(LIMIT + 9, b'&'))
         answer = self.request(body=chunked, **{'Content-Length': None, 'Transfer-Encoding': 'chunked'})
         self.assertIn(answer.status, {411, 413})
-        for method, path in [*((method, path) for path in WRONG_PATHS for method in ('GET', 'POST')),
-                             *((method, PROGRAM) for method in WRONG_METHODS)]:
-            with self.subTest(method, path=path):
-                self.assertIn(self.request(method, path).status, range(400, 500))
+        for method in 'GET', 'POST', 'PUT', 'DELETE', 'OPTIONS':
+            for path in WRONG_PATHS + (() if method in 'GET POST' else (PROGRAM,)):
+                with self.subTest(method, path=path):
+                    self.assertIn(self.request(method, path).status, range(400, 500))
         self.passwords.unlink()
         for method, path in ('GET', ENTRY), ('GET', '/dnzgate/dnzcnf.css'), ('POST', PROGRAM):
             self.assertIn(self.request(method, path).status, (401, 403, 500))
@@ -133,12 +128,9 @@ class Snippet:
         self.addCleanup(program.with_suffix('.away').rename, program)
         program.write_text(SHOW_ENVIRONMENT)
         program.chmod(0o755)
-        lines = self.request(Cookie='a=b').text.splitlines()
-        variables = dict(line.split('=', 1) for line in lines)
-        self.assertEqual(len(lines), len(variables), 'a variable is there twice')
-        self.assertEqual(variables['PATH'], f'{self.folder}/opt/nzm/html/dnzgate/en_US')
-        self.assertFalse({'STRAY', 'DNZ_TRACE', 'DNZ_PATH'} & variables.keys())
-        self.assertNotIn(LOGIN.split()[1], str(lines))
+        text = self.request(Cookie='a=b').text
+        self.assertIn(f'\nPATH={self.folder}/opt/nzm/html/dnzgate/en_US\n', text)
+        self.assertNotRegex(text, 'STRAY|DNZ_TRACE=|DNZ_PATH=|' + LOGIN.split()[1])
 
 
 class Lighttpd(Snippet, StagedTest):
@@ -172,26 +164,22 @@ ErrorLog %(own)s/error.log
 Define dnzcnf_root %(root)s
 Define dnzcnf_language en_US
 Define dnzcnf_origin %(origin)s
-<VirtualHost *:%(port)s>
-    Include %(root)s/opt/nzm/servers/apache/dnzcnf.conf
-</VirtualHost>
+Include %(root)s/opt/nzm/servers/apache/dnzcnf.conf
 '''
 
 
 class Nginx(Snippet, StagedTest):
     command = 'nginx -e stderr -c %(own)s/conf'
-    configuration = ''.join(f'{kind}_temp_path %(own)s/temp/{kind};\n' for kind in (
-        'client_body', 'proxy', 'fastcgi', 'uwsgi', 'scgi')) + '''access_log off;
-server {
-    listen 127.0.0.1:%(port)s;
-    root %(own)s/temp;
-    set $dnzcnf_root "%(root)s";
-    set $dnzcnf_language en_US;
-    set $dnzcnf_origin %(origin)s;
-    include %(root)s/opt/nzm/servers/nginx/dnzcnf.conf;
-}
-'''
-    configuration = f'daemon off; pid %(own)s/pid; events {{}} http {{ {configuration} }}'
+    configuration = '''daemon off; pid %(own)s/pid; events {} http {
+    client_body_temp_path %(own)s/temp/body; fastcgi_temp_path %(own)s/temp/fastcgi;
+    proxy_temp_path %(own)s/temp/proxy; uwsgi_temp_path %(own)s/temp/uwsgi;
+    scgi_temp_path %(own)s/temp/scgi; access_log off;
+    server {
+        listen 127.0.0.1:%(port)s; root %(own)s/temp;
+        set $dnzcnf_root "%(root)s"; set $dnzcnf_language en_US; set $dnzcnf_origin %(origin)s;
+        include %(root)s/opt/nzm/servers/nginx/dnzcnf.conf;
+    }
+}'''
 
     @classmethod
     def setUpClass(cls):
