@@ -103,7 +103,8 @@ TEST_F(Services, TryCataloguesInOrder) {
               thereIs = next(in);
               tried.clear();
               std::istringstream any("1000 2 60");
-              EXPECT_EQ(messageOf(any).starts_with("20806130"), thereIs == "none");
+              EXPECT_EQ(messageOf(any).find("unable to open") != std::string::npos,
+                        thereIs == "none");
               return tried;
           });
     thereIs.clear();

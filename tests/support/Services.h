@@ -23,7 +23,7 @@ void check(const std::string& table, ResultOf resultOf) {
     for (; row != std::sregex_iterator(); ++row) {
         std::istringstream input(row->str(1));
         std::ostringstream result;
-        result << std::hex << resultOf(input) << ' ';
+        result << resultOf(input) << ' ';
         const std::string line = std::regex_replace(result.str(), std::regex("\n"), "/");
         EXPECT_EQ(line.substr(0, line.find_last_not_of(' ') + 1), row->str(2)) << row->str(1);
     }
