@@ -14,9 +14,9 @@
 #include <string>
 #include <utility>
 
-#include "ControlBlock.h"
-#include "ConversionLifecycle.h"
-#include "TextConversion.h"
+#include "services/inner/ControlBlock.h"
+#include "xlat/ConversionLifecycle.h"
+#include "xlat/TextConversion.h"
 
 namespace {
 

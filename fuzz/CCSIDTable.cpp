@@ -1,13 +1,15 @@
 // Reading the CCSID table file.
-#include "CCSIDTable.h"
+#include "xlat/CCSIDTable.h"
 
 #include <climits>
 #include <string>
 #include <tuple>
 
 #include "../tests/support/TemporaryDirectory.h"
-#include "CCSIDTableFile.h"
 #include "Input.h"
+#include "xlat/CCSIDTableFile.h"
+
+using namespace dnz;
 
 namespace {
 

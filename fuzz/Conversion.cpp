@@ -1,8 +1,10 @@
 // The conversion engines, in every mode, with tables of any size and contents.
 #include <vector>
 
-#include "ConversionEngines.h"
 #include "Input.h"
+#include "xlat/ConversionEngines.h"
+
+using namespace dnz;
 
 namespace {
 

@@ -1,12 +1,14 @@
 // The file search, with any LANG and PATH.
-#include "FileSearch.h"
+#include "config/FileSearch.h"
 
 #include <string>
 
 #include "../tests/support/TemporaryDirectory.h"
 #include "Input.h"
-#include "RegularFile.h"
-#include "Results.h"
+#include "config/Results.h"
+#include "services/base/File.h"
+
+using namespace dnz;
 
 // A byte for the size of the result, then lines: LANG, PATH, the file's name.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {

@@ -5,8 +5,10 @@
 #include <string>
 
 #include "Input.h"
-#include "MessageRetrieval.h"
-#include "ReturnCodes.h"
+#include "messages/MessageRetrieval.h"
+#include "services/base/ReturnCodes.h"
+
+using namespace dnz;
 
 namespace {
 

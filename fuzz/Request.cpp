@@ -2,10 +2,12 @@
 #include <string>
 
 #include "../tests/support/TemporaryDirectory.h"
-#include "CGIInterface.h"
-#include "ConfigInterface.h"
-#include "IniFileSet.h"
 #include "Input.h"
+#include "config/IniFileSet.h"
+#include "frontend/CGIInterface.h"
+#include "frontend/ConfigInterface.h"
+
+using namespace dnz;
 
 namespace {
 

@@ -10,7 +10,7 @@ failed=0
 # shellcheck disable=SC2086 # a list of folders
 if grep -rnE --include='*.cpp' --include='*.h' \
     '\b(strcpy|strcat|v?sprintf|gets|stpcpy)[[:space:]]*\(' $product; then
-    echo 'These calls have no bound: use BoundedText.' >&2
+    echo 'These calls have no bound: use FixedText or BoundedText.' >&2
     failed=1
 fi
 # shellcheck disable=SC2086
@@ -18,18 +18,30 @@ if grep -rnE --include='*.cpp' --include='*.h' '#include <(iostream|fstream|sstr
     echo 'Streams cost start-up time, and each request starts the program: use <cstdio>.' >&2
     failed=1
 fi
-# shellcheck disable=SC2086
-if grep -rnE --include='*.cpp' --include='*.h' '#include "\.\./' $product; then
-    echo 'A room sees the rooms that its target links: no include by a path.' >&2
-    failed=1
-fi
+# What each layer may include, besides the headers of the system.
+while read -r layer allowed; do
+    if grep -nE '#include "' "$layer"/*.cpp "$layer"/*.h 2>/dev/null |
+        grep -vE "#include \"($allowed)/[^/]+\""; then
+        echo "$layer/ may include $allowed alone." >&2
+        failed=1
+    fi
+done <<'END'
+services/base services/base
+services/inner services/(base|inner)
+xlat services/(base|inner)|xlat
+messages services/(base|inner)|messages
+services/outer services/(base|inner|outer)|xlat|messages
+frontend/interface frontend/interface
+config services/(base|outer)|config|frontend/interface
+frontend services/(base|outer)|config|frontend(/interface)?
+END
 # shellcheck disable=SC2086
 find $product tests fuzz examples bench tools \( -name '*.cpp' -o -name '*.h' -o -name '*.c' \) \
     -exec clang-format --dry-run -Werror {} + || failed=1
 # shellcheck disable=SC2046,SC2086
 cppcheck --quiet --enable=warning,performance,portability --error-exitcode=1 --language=c++ \
     --std=c++20 --suppressions-list=tools/cppcheck-suppressions.txt \
-    $(find $product -type d -printf '-I %p ') $product || failed=1
+    -I . $product || failed=1
 shellcheck run test tools/*.sh install/cgi-bin/dnzcnf install/debian/post* || failed=1
 
 exit $failed

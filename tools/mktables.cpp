@@ -18,9 +18,9 @@
 #include <utility>
 #include <vector>
 
-#include "xlat/LeadBytes.h"
-#include "services/base/Text.h"
 #include "services/base/Handle.h"
+#include "services/base/Text.h"
+#include "xlat/LeadBytes.h"
 
 using namespace dnz;
 

@@ -21,7 +21,7 @@
 #include <random>
 #include <vector>
 
-#include "FileDescriptor.h"
+#include "services/base/File.h"
 
 namespace {
 

@@ -1,267 +1,297 @@
-#!/usr/bin/env python3
-"""Runs cases against the program: each in a fresh folder and with the environment it names alone.
+"""Runs the cases of a file against the program, in one fresh folder and with no environment but the
+one they name. Whole answers and whole files are compared. Unless the cases trace by themselves,
+they run a second time with tracing on: nothing may change, and each trace has to explain itself.
 
-Whole answers and whole files are compared. A case that doesn't trace by itself runs a second
-time with tracing on: nothing of its outcome may change, and each trace file has to explain itself.
-The form of a case file is told in case_file.py.
+Usage: run_case.py SOURCE BUILD CASEFILE. A case begins with "== " and what it shows; the lines
+before the first one belong to all. Text that belongs to a line is indented below, or behind ": ".
+
+    each $1 | $2, ...    makes a case for each item of the list, or for each line below
+    file NAME            a file to make first; with "/" at its end a folder, with "|" a pipe
+    without NAME         a file to remove
+    env NAME=value, ...  variables; a bare NAME takes the variable away
+    closed STREAMS       numbers of the standard streams that are closed before the program starts
+    open NAME            the first view of a file. Below may be its lines, and what is shown if plain
+                         reading doesn't tell it:   line => name | value | description
+    save [NAME]          the form of dnz.ini comes back, to be saved as NAME. Below are its rows, each
+                         with its line in the file if it isn't plain, or its faults and value then:
+                             name | value | description | box => line
+                             + name | value | description ! 1015 1016: value     the new entry
+    back [NAME]          the form of the answer before comes back, to be saved as NAME
+    with NAME=value, ... fields beside those; a bare NAME takes the field away
+    raw                  fields as sent, after those: an "&" a line
+
+The outcome is a page with the rows of the file; a save writes its rows in name order. Otherwise:
+
+    page NAME [SAVE [FOLDER]]   the form page, one "name | value | description" a row
+    refused 1013|insert, 1012   the failure page; rows with faults have theirs without it
+    stdout, stderr, exit N      what is said there; 1 is the exit value unless said
+    after NAME                  a file that is new or has changed; no other file may
+    trace [FOLDER]              a part of the trace as a tree (see traces.py), with blocks of its own;
+                                an own DNZ_TRACE needs FOLDER
+    report FOLDER               a failure report, or the beginnings of lines of it
+
+Texts: \\x20 stands for a byte, a last \\ for no line end, {x*80} for a run, {cwd} for the folder,
+{1010|insert|insert} for a message, {0-9|text @} for ten lines with 0000 to 0009 in them.
 """
-
-import argparse
+import collections
 import difflib
-import functools
-import html.parser
 import os
 import pathlib
-import subprocess
+import re
 import sys
 import tempfile
-import urllib.parse
 
-import trace_file
-from answers import Catalogue, Expander, failure_page, form_page
-from case_file import ENCODING, decode, read_case
+import program
+import traces
 
-HERE = pathlib.Path(__file__).parent
-FIXTURES = HERE / "fixtures"
-MESSAGES = HERE.parents[1] / "install" / "messages" / "en_US" / "dnz.msg"
-TEMPLATES = ("dnzcnf2.htm", "dnzcnf3.htm")
-SANITIZER_VARIABLES = ("ASAN_OPTIONS", "LSAN_OPTIONS", "UBSAN_OPTIONS")
-SAMPLE_TRACE = "DNZ04711.TRC"
-TIMEOUT_SECONDS = 120
-
-
-class FormFields(html.parser.HTMLParser):
-    """The fields that a browser sends when no box is ticked and no control has a name."""
-
-    def __init__(self, page):
-        super().__init__()
-        self.fields = {}
-        self.feed(page)
-
-    def handle_starttag(self, tag, attributes):
-        attributes = dict(attributes)
-        kind = attributes.get("type", "text").lower()
-        if tag == "input" and kind not in ("checkbox", "submit"):
-            self.fields[attributes["name"]] = attributes["value"]
+BUILD, CASES = map(pathlib.Path, sys.argv[2:])
+FIXTURES = pathlib.Path(__file__).parent / 'fixtures'
+ENCODING = 'latin-1'  # bytes pass through unchanged
+MESSAGES = program.messages(encoding=ENCODING)
 
 
 def read(path):
     return path.read_bytes().decode(ENCODING)
 
 
-class Differences:
-    def __init__(self):
-        self.texts = []
+TEMPLATES = {name: read(FIXTURES / name) for name in ('dnzcnf2.htm', 'dnzcnf3.htm')}
+ROW, TAIL = read(FIXTURES / 'form.txt').split('---\n')
+
+
+def read_cases():
+    """Title and text of each case, those of a table one by one."""
+    common, *parts = re.split('(?m)^== (.*)\n', re.sub('(?m)^#.*\n', '', read(CASES)))
+    for title, part in zip(parts[::2], parts[1::2]):
+        _, items, rows, text = re.fullmatch('(?s)(each ?(.*?)\n((?:  .*?\n)*))?(.*)', part).groups('')
+        for row in rows.splitlines() or items.split(', '):
+            values = dict(enumerate(re.split(r' +\| ?', row.strip()), 1))
+            yield f'{title} {row}', common + re.sub(r'\$(\d)', lambda m: values[int(m[1])], text)
+            common = re.sub(r'(?m)^(file|without) .*\n(  .*\n)*', '', common)
+
+
+def expand(text, folder):
+    """The bytes that a text of a case stands for."""
+    def message(match):
+        number, *inserts = match[1].split('|')
+        values = dict(zip('345', inserts + ['', '', '']))
+        return re.sub('%([3-5])', lambda m: values[m[1]], MESSAGES[int(number)])[:1999]
+
+    text = re.sub(r'\{(\d+)-(\d+)\|(.*?)\}\n', lambda m: ''.join(
+        m[3].replace('@', f'{n:04}') + '\n' for n in range(int(m[1]), int(m[2]) + 1)), text)
+    text = re.sub(r'\\(?:x(..)|\n)', lambda m: chr(int(m[1], 16)) if m[1] else '', text)
+    text = re.sub(r'\{(.)\*(\d+)\}', lambda m: m[1] * int(m[2]), text.replace('{cwd}', folder))
+    return re.sub(r'\{(\d{4}(?:\|[^{}|]*)*)\}', message, text)
+
+
+def cells(row):
+    found = re.split(r' \|(?=$| \|)| \| ', row)
+    return found + [''] * (3 - len(found))
+
+
+def entries(text):
+    """The cells of each line of an ini file as the program writes it, in name order."""
+    return sorted(re.fullmatch('([^ ]*)(?: ([^ ]*))?(?: #(.*))?', line).groups('')
+                  for line in text.splitlines())
+
+
+def saved_line(name, value, description, *_):
+    if value or description:
+        return f'{name} {value} #{description or " "}' if value else f'{name}  #{description}'
+    return name
+
+
+def changes(lines):
+    """Names with their new values, None for one that is taken away."""
+    return [(name, value if sets else None) for arguments, _ in lines
+            for name, sets, value in (change.partition('=') for change in arguments.split(', '))]
+
+
+def fill(template, **values):
+    return re.sub('<([a-z]+)>', lambda match: str(values[match[1]]), template)
+
+
+class Case:
+    """One case in one pass. What differs from its outcome is collected."""
+
+    def __init__(self, text, folder, trace_folder, shown):
+        self.folder, self.trace_folder = folder, trace_folder
+        self.differences, self.rows, self.kind = [], [], ''
+        self.lines = collections.defaultdict(list)
+        for keyword, arguments, text, block in re.findall(
+                r'^(\w+) ?(.*?)(?:: (.*))?\n((?:  .*\n|\n(?=\n*  ))*)', text, re.MULTILINE):
+            if keyword in ('open', 'save', 'back'):
+                self.kind = keyword
+                self.rows = [[self.expand(cell) for cell in row] for row in re.findall(
+                    r'^  (\+ )?(.+?)(?: +(=>|!) ?(.*))?\n', block, re.MULTILINE)]
+                block = ''
+            text = re.sub('(?m)^  ', '', block) + (text and text + '\n')
+            self.lines[keyword].append((self.expand(arguments), self.expand(text)))
+        self.by_name = sorted(self.rows, key=lambda row: cells(row[1])[0])
+        self.fields = self.form_fields(shown)
+
+    def expand(self, text):
+        return expand(text, str(self.folder))
+
+    def argument(self, keyword, default=''):
+        return self.lines[keyword][-1][0] if self.lines[keyword] else default
+
+    def text(self, keyword):
+        return ''.join(text for _, text in self.lines[keyword])
 
     def compare(self, what, expected, actual):
         if expected != actual:
-            self.texts.append("\n".join(difflib.unified_diff(
-                visible(expected), visible(actual), f"{what}, expected", f"{what}, actual",
-                lineterm="")))
+            self.differences += difflib.unified_diff(
+                *([repr(line) for line in text.splitlines(True)] for text in (expected, actual)),
+                f'{what}, expected', f'{what}, actual', lineterm='', n=1)
 
+    def form_fields(self, shown):
+        """The fields of the form post, or none."""
+        name, fields = self.argument(self.kind), {}
+        if self.kind == 'open':
+            fields = {'dnzcnf': 'open', 'dnzINIfile': name}
+        elif self.kind:
+            fields = {'dnzhidefile': 'dnz.ini', 'dnzINIsave': name or 'dnz.ini', 'dnzSave': 'Save'}
+        if self.kind == 'back':
+            found = re.findall(r'NAME= ?(\S+) VALUE= ?(?:"(.*?)"|(\S+)) +SIZE', shown)
+            fields.update((field, quoted or plain) for field, quoted, plain in found)
+            fields['dnzINIsave'] = name or fields['dnzINIsave']
+        elif self.kind == 'save':
+            old = [cells(row) for new, row, *_ in self.rows if not new]
+            named = [(f'{kind}{n}', cell) for n, row in enumerate(old)
+                     for kind, cell in zip('nvde', row)]
+            for new, row, *_ in self.rows:
+                named += zip(('dnzNewName', 'dnzNewValue', 'dnzNewDesc'), cells(row) if new else ())
+            fields.update({field: cell for field, cell in named if cell}, dnzNumPairs=len(old))
+        fields.update(changes(self.lines['with']))
+        return {field: value for field, value in fields.items() if value is not None}
 
-def visible(text):
-    """Lines with everything but plain characters escaped, and the missing last line feed told."""
-    *lines, rest = [repr(line)[1:-1] for line in text.split("\n")]
-    lines += [rest + " (no line feed)"] if rest else []
-    return [line[:-1] + "\\x20" if line.endswith(" ") else line for line in lines]
-
-
-class CaseRun:
-    """One pass of a case: a folder, the requests one after the other."""
-
-    def __init__(self, arguments, common, folder, trace_folder=None):
-        self.program = arguments.program
-        self.folder = pathlib.Path(folder)
-        self.trace_folder = trace_folder
-        self.common = common
-        self.differences = Differences()
-        self.expand = Expander(Catalogue(MESSAGES), folder)
-        self.environment = {name: os.environ[name] for name in SANITIZER_VARIABLES
-                            if name in os.environ}
-        self.environment.update(PATH="/bin", NLSPATH=f"{arguments.catalogue_dir}/%N.cat")
-        self.answer = ""
-        for name in TEMPLATES:
-            if not any(section[:2] == ("without", name) for section in common.sections):
-                self.write(name, read(FIXTURES / name))
-
-    def write(self, name, text):
-        path = self.folder / name.removesuffix("|")
-        (path if name.endswith("/") else path.parent).mkdir(parents=True, exist_ok=True)
-        if name.endswith("|"):
-            os.mkfifo(path)
-        elif not name.endswith("/"):
-            path.write_text(text, encoding=ENCODING, newline="")
+    def make_files(self):
+        for name, text in self.lines['file']:
+            path = self.folder / name.rstrip('|')
+            (path if name.endswith('/') else path.parent).mkdir(parents=True, exist_ok=True)
+            if name.endswith('|') and not path.exists():
+                os.mkfifo(path)
+            elif not name.endswith(('/', '|')):
+                path.write_text(text, ENCODING, newline='')
+        if self.kind == 'open' and self.rows:
+            lines = ''.join(f'{line}\n' for _, line, *_ in self.rows)
+            (self.folder / self.argument('open')).write_text(lines, ENCODING, newline='')
+        for name, _ in self.lines['without']:
+            (self.folder / name).unlink()
 
     def files(self):
         return {str(path.relative_to(self.folder)): read(path)
-                for path in self.folder.rglob("*") if path.is_file()}
+                for path in self.folder.rglob('*') if path.is_file()}
 
-    def body(self, request):
-        """The body of a form post, None for another request."""
-        if request.find("submit"):
-            fields = FormFields(self.answer).fields
-            fields.update(line.split("=", 1) for line in
-                          self.expand(decode(request.text("submit"))).splitlines())
-            return urllib.parse.urlencode(fields, encoding=ENCODING)
-        if request.find("post"):
-            return "&".join(decode(line)
-                            for line in self.expand(request.text("post")).splitlines())
-        return None
-
-    def request_environment(self, request, body):
-        environment = dict(self.environment)
-        if body is not None:
-            environment.update(REQUEST_METHOD="POST", CONTENT_LENGTH=str(len(body)),
-                               CONTENT_TYPE="application/x-www-form-urlencoded")
+    def check(self):
+        """Sends the request, compares what comes of it, and returns the answer."""
+        self.make_files()
+        files = self.files()
+        body = '&'.join([program.form(self.fields, ENCODING).decode()] * bool(self.fields)
+                        + self.text('raw').splitlines()).encode(ENCODING)
+        variables = {'NLSPATH': f'{BUILD}/install/%N.cat'}
         if self.trace_folder:
-            environment.update(DNZ_TRACE="ON", DNZ_PATH=self.trace_folder)
-        for line in (self.common.text("env", "") + request.text("env", "")).splitlines():
-            name, sets, value = self.expand(decode(line)).partition("=")
-            if sets:
-                environment[name] = value
-            else:
-                environment.pop(name, None)
-        return environment
-
-    def prepare_child(self, request, environment):
-        """What happens in the child, with its process id, before it becomes the program."""
-        def prepare():
-            for _, kind, _ in request.find("taken"):
-                folder = self.folder / environment.get("DNZ_PATH", "")
-                name = folder / trace_name(os.getpid(), "TRC")
-                make = {"directory": name.mkdir, "pipe": functools.partial(os.mkfifo, name),
-                        "full": functools.partial(name.symlink_to, "/dev/full")}
-                make[kind]()
-            for _, name, _ in request.find("closed"):
-                os.close(("stdin", "stdout", "stderr").index(name))
-        return prepare
-
-    def run(self, request):
-        for _, name, text in request.find("file"):
-            self.write(name, self.expand(decode(text)))
-        expected = self.files()
-        body = self.body(request)
-        environment = self.request_environment(request, body)
-        child = subprocess.Popen(
-            [self.program], cwd=self.folder, env=environment,
-            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-            preexec_fn=self.prepare_child(request, environment))
-        output, errors = self.talk(child, body or "")
-        compare = self.differences.compare
-        compare("standard output", self.expected_answer(request), output)
-        compare("standard error", self.expand(decode(request.text("stderr", ""))), errors)
-        compare("exit value", request.argument("exit", "1"), str(child.returncode))
-        self.check_records(request, environment, child, body or "")
-        expected.update((name, self.expand(decode(text)))
-                        for _, name, text in request.find("after"))
-        self.compare_files(expected)
-        self.answer = output
-
-    @staticmethod
-    def talk(child, body):
-        try:
-            answers = child.communicate(body.encode(ENCODING), timeout=TIMEOUT_SECONDS)
-        except subprocess.TimeoutExpired:
-            child.kill()
-            raise
-        return (answer.decode(ENCODING) for answer in answers)
-
-    def expected_answer(self, request):
-        (keyword, arguments, text), = request.find("stdout", "page", "faults")
-        if keyword == "page":
-            text = form_page(self.expand(arguments), text, *map(self.template, TEMPLATES))
-        else:
-            text = decode(failure_page(text) if keyword == "faults" else text)
-        return self.expand(text)
-
-    def template(self, name):
-        path = self.folder / name
-        return read(path) + "\n" if path.exists() else f"<HTML>{{1000|{name}}}</HTML>"
-
-    def compare_files(self, expected):
+            variables.update(DNZ_TRACE='ON', DNZ_PATH=self.trace_folder)
+        variables.update(changes(self.lines['env']))
+        answer = program.run(
+            [BUILD / 'frontend/dnzcnf'], self.folder, body or None, variables,
+            preexec_fn=lambda: [os.close(int(stream)) for stream in self.argument('closed').split()])
+        output = answer.output.decode(ENCODING)
+        self.check_trace(self.folder / (self.trace_folder or self.argument('trace')), variables,
+                         f'DNZ{answer.pid % 100000:05d}')
+        page = self.text('stdout') if self.lines['stdout'] else self.refusal()
+        files.update(self.lines['after'])
+        if self.kind == 'save' and page is None and not self.lines['after']:
+            files[self.fields['dnzINIsave']] = ''.join(
+                f'{line or saved_line(*cells(row))}\n'
+                for _, row, _, line in self.by_name if not cells(row)[3:])
+        self.compare('standard output', self.form_page(files) if page is None else page, output)
+        self.compare('standard error', self.text('stderr'), answer.errors.decode(ENCODING))
+        self.compare('exit value', self.argument('exit', '1'), str(answer.code))
         actual = self.files()
-        for name in sorted(expected.keys() | actual.keys()):
-            self.differences.compare(f"file {name}", expected.get(name, "(no such file)"),
-                                     actual.get(name, "(no such file)"))
+        for name in sorted(files.keys() | actual.keys()):
+            self.compare(f'file {name}', files.get(name, '(none)'), actual.get(name, '(none)'))
+        return output
 
-    def check_records(self, request, environment, child, body):
+    def refusal(self):
+        """The failure page, with the faults of the rows."""
+        faults = ''
+        for _, row, mark, texts in self.by_name:
+            numbers, _, shown = texts.partition(': ')
+            for number in numbers.split() if mark == '!' else []:
+                name, value, *_ = cells(row)
+                faults += f'{{{number}}}\n{{1010|{name}|{shown or value}}}\n'
+        if not faults and not self.lines['refused']:
+            return None
+        last = self.argument('refused', '1012').replace(', ', '}\n{')
+        return self.expand(f'Content-type: text/plain\n\n{{1005}}\n{faults}{{{last}}}\n')
+
+    def form_page(self, files):
+        names = self.argument('page') or self.fields.get('dnzINIsave') or self.argument('open')
+        hide, save, directory = (names.split() + ['', ''])[:3]
+        path = self.folder / (directory + os.path.basename(hide) if directory else hide)
+        if self.text('page'):
+            rows = [cells(row) for row in self.text('page').splitlines()]
+        elif self.kind == 'open' and self.rows:
+            rows = sorted(cells(shown if mark else ' | '.join(entries(line)[0]))
+                          for _, line, mark, shown in self.rows if shown or not mark)
+        else:
+            rows = entries(files.get(os.path.relpath(path, self.folder), ''))
+        head, tail = (files.get(name, files.get(f'pages/{name}')) for name in TEMPLATES)
+        missing = '<HTML>{{1000|{}}}</HTML>'
+        field = '<TD><INPUT TYPE= HIDDEN  NAME= dnzfilepath VALUE= "<path>"  SIZE= 25 > </TD>\n '
+        return (self.expand('Content-type: text/html\n\n') + head + '\n' + ''.join(
+                    fill(ROW, i=i, name=row[0], value=row[1], description=row[2])
+                    for i, row in enumerate(rows))
+                + self.expand(fill(TAIL, rows=len(rows), hide=hide, save=save or hide,
+                                   directory=directory and fill(field, path=directory)))
+                + (tail + '\n' if tail is not None else self.expand(missing.format('dnzcnf3.htm'))))
+
+    def check_trace(self, folder, variables, stem):
         """Compares the trace file and the report, and takes them away."""
-        blocks = trace_file.read_blocks(read(FIXTURES / "trace_blocks.txt")
-                                        + request.text("blocks", ""))
-        banner = environment.get("DNZ_TRACE", "")[:1] in ("U", "u") and environment.get("DNZ_PATH")
-        read_trace = functools.partial(trace_file.read_trace, user_banner=bool(banner),
-                                       line_feeds="%0A" in body.upper())
-        compare = self.differences.compare
-        if self.trace_folder:
-            self.check_last_record(self.take(self.trace_folder, child, "TRC", read_trace), child)
-            compare("other files of the trace folder", "", "\n".join(os.listdir(self.trace_folder)))
-        for _, folder, tree in request.find("trace"):
-            lines = self.take(folder, child, "TRC", read_trace)
-            if tree:
-                compare("trace", trace_file.expand_tree(self.expand(tree), blocks), lines)
-            self.check_last_record(lines, child)
-        for _, folder, text in request.find("report"):
-            report = self.take(folder, child, "FDC", trace_file.read_report)
-            compare("report", self.expand(decode(text)),
-                    report.replace(trace_name(child.pid, "TRC"), SAMPLE_TRACE))
+        if 'DNZ_TRACE' in variables and (self.trace_folder or self.lines['trace']):
+            try:
+                records, banner = traces.read_trace(self.take(folder / f'{stem}.TRC'))
+            except AssertionError as problem:
+                self.differences.append(f'trace: {problem}')
+                return
+            user = variables['DNZ_TRACE'][:1] in ('U', 'u') and variables['DNZ_PATH'] is not None
+            self.compare('banner', f'{user}', f'{banner}')
+            blocks = {**traces.BLOCKS, **dict(self.lines['block'])}
+            for _, tree in self.lines['trace']:
+                part = traces.expand(tree, blocks) if tree else ''
+                self.compare('trace', part, part if part in records else records)
+        for place, report in self.lines['report']:
+            text = traces.read_report(self.take(self.folder / place / f'{stem}.FDC'), stem)
+            if not report.startswith('+'):
+                text = ''.join(line for line in report.splitlines(True) if line.strip() in text)
+            self.compare('report', report, text)
 
-    def check_last_record(self, lines, child):
-        code = "OK" if child.returncode == 0 else str(child.returncode)
-        self.differences.compare("last record of the trace", f"   <--NZGcnf (main) (rc= {code})\n",
-                                 lines[lines.rfind("   <--"):])
-
-    def take(self, folder, child, kind, explain):
-        path = self.folder / folder / trace_name(child.pid, kind)
-        try:
-            self.differences.compare(f"mode of {path.name}", "0o100600", oct(path.stat().st_mode))
-            text = read(path)
-            path.unlink()
-            return explain(text)
-        except (OSError, trace_file.Unexplained) as problem:
-            self.differences.texts.append(str(problem))
-            return ""
+    def take(self, path):
+        if not path.exists():
+            return 'no such file'
+        self.compare('mode', '0o100600', oct(path.stat().st_mode))
+        text = read(path)
+        path.unlink()
+        return text
 
 
-def trace_name(process_id, kind):
-    return f"DNZ{process_id % 100000:05d}.{kind}"
+def run_pass(trace_folder=None):
+    """The differences of all cases."""
+    with tempfile.TemporaryDirectory(prefix='dnzcnf-') as name:
+        folder, shown = pathlib.Path(name).resolve(), ''
+        for name, text in TEMPLATES.items():
+            (folder / name).write_text(text)
+        for title, text in read_cases():
+            case = Case(text, folder, trace_folder, shown)
+            output = case.check()
+            shown = output if 'dnzNumPairs' in output else shown
+            if case.differences:
+                yield '\n'.join([f'{title} ({"traced" if trace_folder else "plain"})',
+                                 *case.differences, ''])
 
 
-def run_pass(arguments, case, trace_folder):
-    """The differences of one pass, each with the request it belongs to."""
-    common, requests = read_case(case)
-    with tempfile.TemporaryDirectory(prefix="dnzcnf-") as folder:
-        run = CaseRun(arguments, common, os.path.realpath(folder), trace_folder)
-        # Files for all requests are made with the first one.
-        requests[0].sections += [section for section in common.sections if section[0] != "env"]
-        for request in requests:
-            already = len(run.differences.texts)
-            run.run(request)
-            for text in run.differences.texts[already:]:
-                how = "traced" if trace_folder else "plain"
-                yield f"{case}: {request.title} ({how})\n{text}"
-
-
-def run_case(arguments, case):
-    common, requests = read_case(case)
-    found = list(run_pass(arguments, case, None))
-    if not any("DNZ_TRACE" in part.text("env", "") for part in [common] + requests):
-        with tempfile.TemporaryDirectory(prefix="dnzcnf-trace-") as trace_folder:
-            found += run_pass(arguments, case, trace_folder)
-    return found
-
-
-def main():
-    parser = argparse.ArgumentParser(description=__doc__)
-    parser.add_argument("--program", required=True, type=os.path.abspath)
-    parser.add_argument("--catalogue-dir", required=True, type=os.path.abspath)
-    parser.add_argument("cases", nargs="+", metavar="CASEFILE")
-    arguments = parser.parse_args()
-    found = [text for case in arguments.cases for text in run_case(arguments, case)]
-    if found:
-        print("\n\n".join(found))
-    return 1 if found else 0
-
-
-if __name__ == "__main__":
-    sys.exit(main())
+with tempfile.TemporaryDirectory(prefix='dnzcnf-trace-') as traces_folder:
+    found = [*run_pass(), *([] if 'DNZ_TRACE' in read(CASES) else run_pass(traces_folder))]
+print('\n'.join(found), end='')
+sys.exit(bool(found))

@@ -4,9 +4,9 @@
 #include <cstdio>
 #include <ctime>
 
-#include "MessageText.h"
-#include "ServiceCalls.h"
-#include "SystemInformation.h"
+#include "services/inner/SystemInformation.h"
+#include "services/outer/MessageText.h"
+#include "services/outer/ServiceCalls.h"
 
 constexpr std::int32_t kMessageWithInsert = 0x40001013;
 

