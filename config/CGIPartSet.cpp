@@ -98,12 +98,12 @@ long CGIPartSet::getPartValue(const char* name, char* buffer, unsigned long* len
     if (value == nullptr) {
         return kDone;
     }
-    // The stored array ends with the terminator of the value, so copying it pads as needed.
     const unsigned long stored = part->get_oValueLength();
     if (size > 0) {
         *length = std::min(stored, size - 1);
-        std::memcpy(buffer, value, *length);
-        buffer[*length] = '\0';
+        const std::size_t textLength = strnlen(value, *length);
+        std::memcpy(buffer, value, textLength);
+        std::memset(buffer + textLength, '\0', *length - textLength + 1);
     }
     return size < stored ? kFailed : kDone;
 }

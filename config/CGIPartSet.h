@@ -26,9 +26,10 @@ public:
     CGIPart* findPart(const char* name);
 
     // Copies the value of a field to `buffer`, whose size is `*length` on entry and of which
-    // nothing is written when that is 0. `*length` becomes the number of bytes copied in front of
-    // the last terminator. 1 when the whole value was copied or there is none, 0 when it was cut
-    // or there is no such field; without a value the buffer is empty.
+    // nothing is written when that is 0. `*length` becomes the number of bytes written before the
+    // last terminator: the value up to its own terminator, then zeros up to its stored length. 1
+    // when the whole value was copied or there is none, 0 when it was cut or there is no such
+    // field; without a value the buffer is empty.
     long getPartValue(const char* name, char* buffer, unsigned long* length);
 
     // The number of fields, empty ones counted.

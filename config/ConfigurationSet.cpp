@@ -80,11 +80,11 @@ int ConfigurationSet::validValue(NameValuePair* pair) {
     return value != nullptr && value[0] != '\0' ? 1 : 0;
 }
 
-// A field without a value names no file.
+// A field without a value names no file, an empty one an empty name.
 void ConfigurationSet::readRequestIni() {
     const CGIPart* field = cgiParts.findPart(kIniFileField);
     const char* name = field != nullptr ? field->getValue() : nullptr;
-    if (name != nullptr && name[0] != '\0') {
+    if (name != nullptr) {
         hasRequestIni = 1;
         requestIni.setIniFileName(name);
     }

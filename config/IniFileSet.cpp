@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstring>
 #include <string_view>
+#include <vector>
 
 #include "BoundedText.h"
 #include "FileSearch.h"
@@ -100,7 +101,7 @@ void openBySearch(FileReader& file, const std::string& name,
         return;
     }
     const std::size_t directoryLength = std::string_view(path).rfind('/') + 1;
-    if (file.open(path) && directoryLength > 0) {
+    if (file.use(openRegularFile(path)) && directoryLength > 0) {
         directory.emplace(path, directoryLength);
         dnzxtr_text("Path is ");
         dnzxtr_text(directory->c_str());
@@ -133,6 +134,7 @@ IniFileSet& IniFileSet::operator=(const IniFileSet& other) {
     const TraceScope trace("IniFileSet::operator=");
     oIniFileName = other.oIniFileName;
     oIniFilePath.reset();
+    readFailed_ = false;
     NameValuePairSet::operator=(other);
     return *this;
 }
@@ -159,6 +161,7 @@ void IniFileSet::setIniFileName(const char* name) {
         oIniFileName.reset();
     }
     oIniFilePath.reset();
+    readFailed_ = false;
     populate();
 }
 
@@ -172,11 +175,10 @@ const char* IniFileSet::getIniFilePath() const {
 
 unsigned long IniFileSet::populate() {
     TraceScope trace("IniFileSet::populate");
-    // The search would take an empty name for the directories themselves.
-    if (!oIniFileName || oIniFileName->empty()) {
+    if (!oIniFileName) {
         return trace.exitWith(Populated());
     }
-    FileReader file(oIniFileName->c_str());
+    FileReader file(openRegularFile(oIniFileName->c_str()));
     if (!file.isOpen()) {
         openBySearch(file, *oIniFileName, oIniFilePath);
     }
@@ -223,15 +225,21 @@ int IniFileSet::saveIniFile(const char* path) {
 }
 
 void IniFileSet::readEntries(FileReader& file) {
+    std::vector<NameValuePair*> parts;
     char buffer[kReadSize];
     while (file.readLine(buffer, sizeof buffer)) {
         const IniLine line = splitLine(buffer);
         if (!line.name.empty()) {
-            append(newPartFromLine(line));
+            parts.push_back(newPartFromLine(line));
         }
     }
-    sortIndex();
-    if (!file.failed()) {
-        oPopulated = kDone;
+    readFailed_ = file.failed();
+    if (readFailed_) {
+        return;
     }
+    for (NameValuePair* part : parts) {
+        append(part);
+    }
+    sortIndex();
+    oPopulated = kDone;
 }

@@ -40,10 +40,12 @@ public:
 
     // Opens the file under its name or else as the search of findfileinpath finds it, and adds its
     // entries. 1 once a file was read to its end. Without a name, without a file or after a read
-    // error the result stays as it was, 0 at first; there is no message.
+    // error nothing is added and the result stays as it was, 0 at first; there is no message.
     unsigned long populate();
     // The same result, without reading.
     unsigned long Populated() const;
+    // Whether a file was found but couldn't be read to its end, so that nothing of it is here.
+    [[nodiscard]] bool failedToRead() const { return readFailed_; }
 
     // A part of this name, or null.
     NameValuePair* findPart(const char* name);
@@ -63,4 +65,5 @@ private:
     std::optional<std::string> oIniFileName;
     std::optional<std::string> oIniFilePath;
     std::uint32_t oPopulated = 0;
+    bool readFailed_ = false;
 };

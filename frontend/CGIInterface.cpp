@@ -1,5 +1,6 @@
 #include "CGIInterface.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -87,11 +88,14 @@ const char* CGIInterface::getInputBuffer() {
     if (inputBuffer != nullptr) {
         return inputBuffer.get();
     }
+    // A body that ended early was reported when it was read, and stays no body.
+    if (std::feof(stdin) != 0 || std::ferror(stdin) != 0) {
+        return nullptr;
+    }
     readContentLength();
     if (inputBufferLength != 0) {
         readBody();
-    }
-    if (inputBufferLength == 0) {
+    } else {
         LogError("CONTENT_LENGTH is zero");
     }
     return inputBuffer.get();
@@ -103,9 +107,7 @@ void CGIInterface::readContentLength() {
         dnzxtr_text("CONTENT_LENGTH not Set!");
     }
     const int length = text != nullptr ? leadingNumber(text) : 0;
-    // A body that was found short stays no body for whoever asks next.
-    const bool isReadable = length > 0 && std::feof(stdin) == 0 && std::ferror(stdin) == 0;
-    inputBufferLength = isReadable ? static_cast<unsigned long>(length) : 0;
+    inputBufferLength = static_cast<unsigned long>(std::max(length, 0));
 }
 
 void CGIInterface::readBody() {

@@ -20,7 +20,7 @@ public:
 
     // Reads CONTENT_LENGTH bytes of standard input on the first call. A length that isn't a
     // positive number, and a body that ends before it, count as no body: null, with a line in
-    // the log.
+    // the log, which the early end leaves only once.
     const char* getInputBuffer() override;
 
 private:

@@ -1,7 +1,6 @@
 #include "ConfigInterface.h"
 
 #include <cstring>
-#include <string_view>
 
 #include "BoundedText.h"
 #include "CGIPart.h"
@@ -14,21 +13,9 @@
 #include "Results.h"
 #include "ServiceCalls.h"
 #include "Sizes.h"
-#include "TextView.h"
 #include "WebInterface.h"
 
 namespace {
-
-bool holdsAny(const char* text, const char* characters) {
-    return text != nullptr && std::strpbrk(text, characters) != nullptr;
-}
-
-// Whether a text counts rows, as leadingNumber reads it. Anything else would count as none, and the
-// file would be saved without its entries.
-bool isCount(std::string_view text) {
-    const std::size_t start = text.find_first_not_of(" \t\n\v\f\r");
-    return start != text.npos && text[start] >= '0' && text[start] <= '9';
-}
 
 // Whether a name says by itself where its file lies. One that begins with a drive does.
 bool isRooted(const char* name) {
@@ -44,13 +31,7 @@ struct ConfigInterface::Row {
     char* description;
     char* exclude;
 
-    // Whether our form can have sent the row: its name is one word, and no text holds the end of
-    // a line, which would break the lines of the file.
-    [[nodiscard]] bool isIntact() const {
-        constexpr char kLineEnds[] = "\r\n";
-        return name != nullptr && *name != '\0' && !holdsAny(name, " \r\n") &&
-               !holdsAny(value, kLineEnds) && !holdsAny(description, kLineEnds);
-    }
+    [[nodiscard]] bool hasName() const { return name != nullptr && *name != '\0'; }
 };
 
 ConfigInterface::ConfigInterface() {
@@ -105,6 +86,10 @@ void ConfigInterface::CreateHTML() {
     IniFileSet shown;
     ConfigDisplay display;
     shown.setIniFileName(getIniCFGFile());
+    if (shown.failedToRead()) {
+        refuse(kFileNotReadable, getIniCFGFile());
+        return;
+    }
     NameValuePair* first = shown.getFirst();
     if (display.startTable() == kFailed) {
         return;
@@ -127,6 +112,9 @@ void ConfigInterface::Savecfg() {
         return;
     }
     Compare();
+    if (isRefused) {
+        return;
+    }
     if (saveEntries() == kFailed) {
         refuse(kTargetNotWritable);
         return;
@@ -155,6 +143,10 @@ void ConfigInterface::Compare() {
     }
     IniFileSet target;
     target.setIniFileName(iniSaveFile);
+    if (target.failedToRead()) {
+        refuse(kFileNotReadable, iniSaveFile);
+        return;
+    }
     for (NameValuePair* pair = target.getFirst(); pair != nullptr; pair = target.getNext()) {
         const char* name = pair->getName();
         if (iniParts.findPart(name) == nullptr && excludedParts.findPart(name) == nullptr) {
@@ -184,8 +176,7 @@ int ConfigInterface::getOperation() const {
 char* ConfigInterface::getFieldValue(const char* name) {
     const TraceScope trace("ConfigInterface::getFieldValue");
     const CGIPart* part = formParts.findPart(name);
-    // A text that begins with a zero byte is as empty as none.
-    if (part == nullptr || viewOf(part->getValue()).empty()) {
+    if (part == nullptr || part->getValue() == nullptr) {
         return nullptr;
     }
     char* value = part->get_oValue();
@@ -197,7 +188,7 @@ char* ConfigInterface::getFieldValue(const char* name) {
 int ConfigInterface::createIniPairs() {
     TraceScope trace("ConfigInterface::createIniPairs");
     const char* count = getFieldValue(kRowCountField);
-    if (count == nullptr || !isCount(count)) {
+    if (count == nullptr) {
         return trace.exitWith(refuse(kNotOurForm));
     }
     const int rows = leadingNumber(count);
@@ -224,7 +215,7 @@ ConfigInterface::Row ConfigInterface::readRow(int index) {
 
 int ConfigInterface::addRow(int index) {
     const Row row = readRow(index);
-    if (!row.isIntact()) {
+    if (!row.hasName()) {
         return kFailed;
     }
     IniFileSet& entries = row.exclude != nullptr ? excludedParts : iniParts;
@@ -236,17 +227,14 @@ int ConfigInterface::addNewEntry() {
     Row entry{};
     entry.name = getFieldValue(kNewNameField);
     stripTrailingBlanks(entry.name);
-    if (entry.name == nullptr || *entry.name == '\0') {
+    if (!entry.hasName()) {
         return kDone;
     }
-    if (holdsAny(entry.name, " ")) {
+    if (std::strchr(entry.name, ' ') != nullptr) {
         return refuse(kNewNameBlank, entry.name);
     }
     entry.value = getFieldValue(kNewValueField);
     entry.description = getFieldValue(kNewDescriptionField);
-    if (!entry.isIntact()) {
-        return refuse(kNotOurForm);
-    }
     if (iniParts.findPart(entry.name) == nullptr) {
         iniParts.addNewIniPart(entry.name, entry.value, entry.description);
     }
@@ -255,6 +243,7 @@ int ConfigInterface::addNewEntry() {
 
 // Answers with a page of this message and the closing one.
 int ConfigInterface::refuse(int message, const char* insert) {
+    isRefused = true;
     OutputMessage(message, 1, insert, nullptr);
     OutputMessage(kFailureEnd, 0, nullptr, nullptr);
     return kFailed;

@@ -52,7 +52,8 @@ public:
     // Tests every entry to save and reports every fault. Brings a context value into the one
     // case in which it is saved.
     [[nodiscard]] int Validate();
-    // Takes over what another target file holds and the form doesn't.
+    // Takes over what another target file contains and the form doesn't. Refuses the save if that
+    // file can't be read to its end.
     void Compare();
 
     // Writes a message to the page, which a `first` that isn't 0 opens. The inserts may be null;
@@ -77,4 +78,5 @@ private:
     IniFileSet iniParts;                    // what the form wants saved
     IniFileSet excludedParts;               // the ticked rows
     const char* iniSaveFile = nullptr;      // points into formParts
+    bool isRefused = false;                 // the answer is a page of messages
 };

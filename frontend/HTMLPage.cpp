@@ -87,7 +87,7 @@ long HTMLPage::writeToStdout() {
     TraceScope trace("HTMLPage::wrtToStdout");
     WebInterface& web = *WebInterface::Instance();
     const char* name = HTMLSourceFile != nullptr ? HTMLSourceFile.get() : "";
-    FileReader file(name);
+    FileReader file(openRegularFile(name));
     if (!file.isOpen()) {
         char path[kPathSize];
         BoundedText(path).append(name);
@@ -95,7 +95,7 @@ long HTMLPage::writeToStdout() {
             writeMissingPage(web, name);
             return trace.exitWith(kFailed);
         }
-        file.open(path);
+        file.use(openRegularFile(path));
     }
     if (file.isOpen()) {
         copyToPage(web, file);
@@ -110,9 +110,8 @@ const char* HTMLPage::get_HTMLSourceFile() const {
 
 void HTMLPage::set_HTMLSourceFile(char* const name) {
     const TraceScope trace("HTMLPage::set_HTMLSourceFile");
-    if (name != HTMLSourceFile.get()) {
-        HTMLSourceFile.reset(name);
-    }
+    static_cast<void>(HTMLSourceFile.release());
+    HTMLSourceFile.reset(name);
 }
 
 void HTMLPage::setHTMLSourceFileName(const char* name) {

@@ -25,7 +25,8 @@ public:
 
     // The name, or null. Borrowed.
     const char* get_HTMLSourceFile() const;
-    // Takes over `name` itself, an array made with new.
+    // Stores `name` itself, an array made with new, which belongs to the page from then on. The
+    // former array isn't released; it belongs to the caller.
     void set_HTMLSourceFile(char* const name);
     // Takes a copy of `name`.
     void setHTMLSourceFileName(const char* name);

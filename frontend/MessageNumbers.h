@@ -28,3 +28,4 @@ constexpr std::int32_t kContentNotForm = 0x40001024;
 constexpr std::int32_t kEntryLength = 0x40001033;
 constexpr std::int32_t kWaitIntervalCharacter = 0x40001035;
 constexpr std::int32_t kContextWord = 0x40001036;
+constexpr std::int32_t kFileNotReadable = 0x40001037;  // insert: the file name

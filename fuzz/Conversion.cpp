@@ -12,7 +12,7 @@ constexpr int kModes = 4;
 constexpr int kLeadByteClasses = 8;
 constexpr std::size_t kSingleByteTable = 256;
 constexpr std::size_t kPairTableUnit = 64;
-constexpr std::size_t kRowVector = 256;  // the least that a double-byte table holds
+constexpr std::size_t kReachable = 65536;  // what a double-byte table contains, zeros at its end
 
 // Memory of its exact size, so that no byte behind it can be touched unnoticed.
 using Bytes = std::vector<unsigned char>;
@@ -33,19 +33,24 @@ struct Case {
     Bytes singles = bytesOf(input.text((tables & 1U) != 0 ? kSingleByteTable : 0));
     Bytes pairs = bytesOf(input.text((tables & 2U) != 0 ? pairTableSize : 0));
     Bytes source = bytesOf(input.rest());
+    Bytes pairTable = pairs;
+
+    Case(const std::uint8_t* data, std::size_t size) : input(data, size) {
+        pairTable.resize(kReachable);
+    }
 };
 
 // A table that the input doesn't hold whole is none.
 ConvContext contextOf(const Case& given) {
-    return {0, given.pairs.size() >= kRowVector ? given.pairs.data() : nullptr,
+    return {0, given.pairs.empty() ? nullptr : given.pairTable.data(),
             given.singles.size() == kSingleByteTable ? given.singles.data() : nullptr,
-            given.leadByteClass, static_cast<std::int32_t>(given.pairs.size())};
+            given.leadByteClass};
 }
 
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const Case given{Input(data, size)};
+    const Case given(data, size);
     const ConvContext context = contextOf(given);
     const auto length = static_cast<std::int32_t>(given.source.size());
     Bytes target(static_cast<std::size_t>(given.room));

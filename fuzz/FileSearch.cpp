@@ -29,7 +29,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::size_t end = result.find('\0');
     require(end != std::string::npos, "the path found is terminated");
     result.resize(end);
-    require(code == kFailed || FileReader(result.c_str()).isOpen(), "what is found can be read");
+    require(code == kFailed || openRegularFile(result.c_str()).isOpen(),
+            "what is found can be read");
     require(std::string(getenv("PATH")).starts_with(path.c_str()), "PATH grows at its end");
     return 0;
 }

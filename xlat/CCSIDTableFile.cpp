@@ -19,12 +19,12 @@ constexpr char kCommentMark = '#';
 
 enum Column { kCcsid, kDbcsPage, kSbcsPage, kWidthClass, kEncodingClass, kLeadByteClass, kColumns };
 
-bool openFile(FileReader& file, BoundedText& path, const char* directory, const char* name) {
+bool openTable(FileReader& file, BoundedText& path, const char* directory, const char* name) {
     if (directory != nullptr) {
         appendDirectory(path, directory);
     }
     path.append(name);
-    return !path.truncated() && file.open(path.view().data());
+    return !path.truncated() && file.use(openFile(path.view().data()));
 }
 
 bool isSeparator(char character) {
@@ -58,12 +58,8 @@ void formatPage(char (&text)[kPageTextSize], std::int32_t page) {
     BoundedText(text).appendf("%04lx", static_cast<unsigned long>(page));
 }
 
-// Fills the entry from a line; returns why the line can't be used, or null if it can.
-const char* parseLine(char* line, CCSIDEntry& entry) {
-    const char* columns[kColumns];
-    if (splitColumns(line, columns) < kColumns) {
-        return "fewer than six columns";
-    }
+// Fills the entry from its columns; returns why they can't be used, or null if they can.
+const char* parseColumns(const char* const (&columns)[kColumns], CCSIDEntry& entry) {
     entry.ccsid = leadingNumber(columns[kCcsid]);
     entry.dbcsPage = leadingNumber(columns[kDbcsPage]);
     entry.sbcsPage = leadingNumber(columns[kSbcsPage]);
@@ -135,7 +131,7 @@ bool openCcsidTable(FileReader& file) {
     const char* directory = tableDirectory();
     char upperCasePath[kPathSize];
     BoundedText upperCase(upperCasePath);
-    if (openFile(file, upperCase, directory, kUpperCaseName)) {
+    if (openTable(file, upperCase, directory, kUpperCaseName)) {
         return true;
     }
     if (directory != nullptr) {
@@ -143,7 +139,7 @@ bool openCcsidTable(FileReader& file) {
     }
     char lowerCasePath[kPathSize];
     BoundedText lowerCase(lowerCasePath);
-    if (openFile(file, lowerCase, directory, kLowerCaseName)) {
+    if (openTable(file, lowerCase, directory, kLowerCaseName)) {
         return true;
     }
     xnztr_text("Failed to open ccsid.tbl");
@@ -159,8 +155,14 @@ CCSIDNode* readCcsidTable(FileReader& file) {
         if (line[0] == kCommentMark) {
             continue;
         }
+        const char* columns[kColumns];
+        const int count = splitColumns(line, columns);
+        if (count == 0) {
+            continue;
+        }
         CCSIDEntry entry{};
-        const char* reason = parseLine(line, entry);
+        const char* reason =
+            count < kColumns ? "fewer than six columns" : parseColumns(columns, entry);
         if (reason != nullptr) {
             traceSkippedLine(lineNumber, reason);
         } else {

@@ -12,7 +12,7 @@
 bool openCcsidTable(FileReader& file);
 
 // Reads the whole file into a new tree, which the caller owns; null is an empty tree. The last
-// line for a CCSID wins. A line with fewer than six columns or with a page number that doesn't
-// fit four hexadecimal digits is skipped with a trace text, one for which memory runs out
-// without. A read error ends the file.
+// line for a CCSID wins. A line with one to five columns or with a page number that doesn't fit
+// four hexadecimal digits is skipped with a trace text; an empty line, and one for which memory
+// runs out, without. A read error ends the file.
 [[nodiscard]] CCSIDNode* readCcsidTable(FileReader& file);

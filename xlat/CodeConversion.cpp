@@ -17,7 +17,6 @@ ConvContext contextOf(std::int32_t singleBytePart, std::int32_t doubleBytePart,
     if (isTable(doubleBytePart)) {
         const ConvSlot& slot = iconv_list[doubleBytePart - 1];
         context.dbcsTable = slot.table;
-        context.dbcsTableSize = slot.tableSize;
         context.leadByteClass = slot.leadByteClass;
     }
     if (isTable(singleBytePart)) {

@@ -19,7 +19,7 @@ constexpr unsigned char kHostLineFeed = 0x25;
 
 constexpr std::size_t kByteValues = 256;
 constexpr std::ptrdiff_t kRowSize = 512;
-constexpr std::ptrdiff_t kMostRows = 128;  // row numbers are signed bytes
+constexpr unsigned char kMostRows = 128;  // row numbers are signed bytes
 constexpr std::ptrdiff_t kPairSize = 2;
 
 using ByteTable = std::array<unsigned char, kByteValues>;
@@ -62,20 +62,18 @@ private:
     ByteTable changed_;
 };
 
-// The double-byte table with its end: that of its bytes, or of the last row that has a number.
 class DoubleByteTable {
 public:
-    explicit DoubleByteTable(const ConvContext& context)
-        : table_(context.dbcsTable),
-          end_(std::min<std::ptrdiff_t>(context.dbcsTableSize, kMostRows * kRowSize)) {}
+    explicit DoubleByteTable(const unsigned char* table) : table_(table) {}
 
     // Translates one pair.
     void translate(const unsigned char* source, unsigned char* target) const {
         unsigned char first = source[0];
         unsigned char second = source[1];
         if (table_ != nullptr) {
-            const std::ptrdiff_t place = kRowSize * table_[first] + kPairSize * second;
-            const unsigned char* pair = place + kPairSize <= end_ ? table_ + place : kNoPair;
+            const unsigned char row = table_[first];
+            const unsigned char* pair =
+                row < kMostRows ? table_ + kRowSize * row + kPairSize * second : kNoPair;
             first = pair[0];
             second = pair[1];
         }
@@ -87,7 +85,6 @@ private:
     static constexpr unsigned char kNoPair[kPairSize] = {};
 
     const unsigned char* table_;
-    std::ptrdiff_t end_;
 };
 
 // A text on its way through a loop: the two positions, and what a step needs.
@@ -100,7 +97,7 @@ public:
           target_(target),
           targetEnd_(target + std::max(targetLength, 0)),
           singleBytes_(table.entries()),
-          pairs_(context) {}
+          pairs_(context.dbcsTable) {}
 
     [[nodiscard]] std::ptrdiff_t sourceLeft() const { return sourceEnd_ - source_; }
     [[nodiscard]] std::ptrdiff_t targetLeft() const { return targetEnd_ - target_; }
@@ -314,7 +311,7 @@ void XltSBCS(const unsigned char** source, unsigned char** target, std::int32_t*
 
 void XltDBCS(const unsigned char** source, unsigned char** target, std::int32_t* sourcePosition,
              std::int32_t* targetPosition, const ConvContext* context) {
-    DoubleByteTable(*context).translate(*source, *target);
+    DoubleByteTable(context->dbcsTable).translate(*source, *target);
     *source += kPairSize;
     *target += kPairSize;
     *sourcePosition += kPairSize;

@@ -4,7 +4,7 @@
 //   HostPCMM  mixed text in host form: double-byte text stands between the bytes SO and SI
 //   PCHostMM  mixed text in PC form: a double-byte character is told by its first byte
 // The engines know no invalid text and no substitute: what a table holds is what is written.
-// A double-byte character whose place lies outside its table gives two zero bytes. In ConvHostToPC
+// A double-byte character whose row number is 0x80 or more gives two zero bytes. In ConvHostToPC
 // the host's new line, 0x15, becomes what its line feed 0x25 becomes, if there is a table.
 #pragma once
 
@@ -18,13 +18,15 @@ enum ConvMode : std::int32_t {
     ConvHostToHost = 4,
 };
 
-// What an engine needs to know. The tables are borrowed from the cache.
+// What an engine needs to know. The tables are borrowed, from the cache or from a caller, and have
+// the layout of the table files. A single-byte table has 256 bytes. A double-byte table reaches to
+// the end of the last row that its row numbers below 0x80 name: 512 bytes for row 0, 65536 bytes
+// serve any table.
 struct ConvContext {
     std::int32_t handle;             // which tables these are; the engines don't read it
     const unsigned char* dbcsTable;  // null: pairs pass unchanged
     const unsigned char* sbcsTable;  // null: single bytes pass unchanged
     std::int32_t leadByteClass;
-    std::int32_t dbcsTableSize;  // in bytes; nothing behind it is read
 };
 
 // The loops convert `*sourceLength` bytes into at most `*targetLength` and advance `*source` and

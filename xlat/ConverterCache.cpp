@@ -30,6 +30,9 @@ constexpr std::int32_t kMostSlots = kUnchangedPart - 1;
 constexpr std::size_t kSingleByteTableSize = 256;
 constexpr std::size_t kDoubleByteHeadSize = 512;  // a table must have more than this
 constexpr std::size_t kLargestTableSize = 0x20000;
+// Rows 0 to 127, which is as far as row numbers reach. Storage for all of them spares the engines a
+// test of each row.
+constexpr std::size_t kReachableTableSize = 0x10000;
 
 constexpr char kNoPagesKey[] = "00000000";
 constexpr std::size_t kTableNameLength = 12;  // a key and an extension
@@ -96,14 +99,14 @@ void appendUpperCase(BoundedText& text, std::string_view key) {
     }
 }
 
-// Anything but a regular file counts as missing, and so does a file in a directory that was cut.
+// A file in a directory whose name was cut counts as missing.
 FileDescriptor openTable(const BoundedText& directory, std::string_view key,
                          std::string_view extension) {
     char path[kPathSize + kTableNameLength];
     BoundedText(path).append(directory.view()).append(key).append(extension);
     errno = 0;  // what is left of an earlier call is no reason for a failure here
     xnztr_text(path);
-    return directory.truncated() ? FileDescriptor{} : openRegularFile(path);
+    return directory.truncated() ? FileDescriptor{} : openFile(path);
 }
 
 FileDescriptor openTableFile(std::string_view key, const TableKind& kind) {
@@ -156,14 +159,14 @@ int loadDoubleByteTable(const FileDescriptor& file, ConvSlot& slot) {
         return EINVAL;
     }
     const auto size = static_cast<std::size_t>(count);
-    TableBytes exact = allocateTable(size);
-    if (exact == nullptr) {
-        // The large one serves as well: behind what was read it holds zeros.
+    TableBytes fitting = allocateTable(std::max(size, kReachableTableSize));
+    if (fitting == nullptr) {
+        // The large one serves as well: after what was read it contains zeros.
         setTable(slot, std::move(largest), kLargestTableSize);
         return 0;
     }
-    std::copy_n(largest.get(), size, exact.get());
-    setTable(slot, std::move(exact), size);
+    std::copy_n(largest.get(), size, fitting.get());
+    setTable(slot, std::move(fitting), size);
     return 0;
 }
 

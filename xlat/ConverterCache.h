@@ -23,8 +23,8 @@ struct ConvSlot {
     char tag[kTagSize];           // "ICNV" in use, "????" given up, anything else never used
     char key[kConverterKeySize];  // source page text, target page text, terminator
     unsigned char* table;         // owned by the slot
-    std::int32_t tableSize;
-    std::int32_t leadByteClass;  // double-byte tables: that of the CCSID that came first
+    std::int32_t tableSize;       // as read; a double-byte table has zeros after it, up to 65536
+    std::int32_t leadByteClass;   // double-byte tables: that of the CCSID that came first
 };
 
 // The slots, in use or not, and their count: null and 0 until a table is first asked for. Owned by

@@ -22,6 +22,8 @@ constexpr std::size_t kFirstRowText = 75;
 constexpr std::size_t kSecondRowText = 70;
 constexpr std::size_t kInnerWidth = 77;
 
+constexpr char kAppend[] = "a";
+
 // One box row: the border, the indentation, the text, blanks up to the other border.
 void appendRow(BoundedText& line, const char* indentation, std::string_view text) {
     const std::string_view indent = indentation;
@@ -108,9 +110,9 @@ std::FILE* openReportFile() {
         BoundedText path(pathBuffer);
         appendDirectory(path, directory);
         path.append(nameBuffer);
-        file = path.truncated() ? nullptr : openPrivateFile(pathBuffer);
+        file = path.truncated() ? nullptr : openPrivateFile(pathBuffer, kAppend);
     }
-    return file != nullptr ? file : openPrivateFile(nameBuffer);
+    return file != nullptr ? file : openPrivateFile(nameBuffer, kAppend);
 }
 
 void writeReport(const char* functionName, std::int32_t probe, const xcsINSERTS& inserts) {

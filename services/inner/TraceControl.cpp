@@ -49,8 +49,10 @@ void startTracing(const char* traceValue) {
     xnzCSCtrl->traceRequested = 1;
     char pathBuffer[kPathSize];
     BoundedText path(pathBuffer);
-    if (const char* directory = serviceDirectory(); directory != nullptr) {
+    if (serviceVariable("_PATH") != nullptr) {
         noteUserTrace(traceValue);
+    }
+    if (const char* directory = serviceDirectory(); directory != nullptr) {
         appendDirectory(path, directory);
     }
     appendServiceFileName(path, "TRC");
@@ -87,7 +89,7 @@ std::int32_t xnz_xtrOpenTraceFile(const char* path) {
     if (xnzCSCtrl == nullptr) {
         return xecX_E_SERVICE_UNAVAILABLE;
     }
-    std::FILE* file = openPrivateFile(path);
+    std::FILE* file = openPrivateFile(path, "a+");
     if (file == nullptr) {
         return reportUnopenedTraceFile(path, errno);
     }

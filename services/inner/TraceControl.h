@@ -1,7 +1,8 @@
 // Trace control: whether this process traces, into which file, and how that file begins and
 // ends. The environment decides once, at the start of the services: the variable _TRACE of the
-// service name switches tracing on by its presence, the variable _PATH names the directory. With
-// a directory, a value that begins with "U" marks the trace as one that a user asked for.
+// service name switches tracing on by its presence, the variable _PATH names the directory. If
+// that is set, even to nothing, a value that begins with "U" marks the trace as one that a user
+// asked for.
 #pragma once
 
 #include <cstdint>

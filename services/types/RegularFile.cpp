@@ -5,35 +5,43 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <string_view>
+#include <cerrno>
 
 namespace {
 
-// Without O_NONBLOCK the open itself would wait for the other end of a pipe.
-constexpr int kNeverWait = O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 constexpr mode_t kByUmask = 0666;
 
-// The open file and its size, or none.
-FileDescriptor openRegular(const char* path, int access, std::size_t& size) {
-    FileDescriptor file(::open(path, access | kNeverWait, kByUmask));
+FileDescriptor openRegular(const char* path, int flags) {
+    FileDescriptor file = openUnlessPipe(path, flags, kByUmask);
     struct stat status {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return {};
     }
-    size = static_cast<std::size_t>(status.st_size);
     return file;
 }
 
 }  // namespace
 
+FileDescriptor openUnlessPipe(const char* path, int flags, unsigned int mode) {
+    const int allFlags = flags | O_NOCTTY | O_CLOEXEC;
+    FileDescriptor file(::open(path, allFlags | O_NONBLOCK, mode));
+    // So ends the open of a file with a lease, which only regular files have.
+    if (!file.isOpen() && errno == EWOULDBLOCK) {
+        return FileDescriptor(::open(path, allFlags, mode));
+    }
+    return file;
+}
+
+FileDescriptor openFile(const char* path) {
+    return FileDescriptor(::open(path, O_RDONLY | O_NOCTTY | O_CLOEXEC));
+}
+
 FileDescriptor openRegularFile(const char* path) {
-    std::size_t size = 0;
-    return openRegular(path, O_RDONLY, size);
+    return openRegular(path, O_RDONLY);
 }
 
 StreamHandle openEmptiedStream(const char* path) {
-    std::size_t size = 0;
-    FileDescriptor file = openRegular(path, O_WRONLY | O_CREAT, size);
+    FileDescriptor file = openRegular(path, O_WRONLY | O_CREAT);
     if (!file.isOpen() || ftruncate(file.number(), 0) != 0) {
         return nullptr;
     }
@@ -42,11 +50,6 @@ StreamHandle openEmptiedStream(const char* path) {
         static_cast<void>(file.release());
     }
     return stream;
-}
-
-bool FileReader::open(const char* path) {
-    file_ = openRegular(path, O_RDONLY, unread_);
-    return isOpen();
 }
 
 std::size_t FileReader::read(char* target, std::size_t size) {
@@ -81,14 +84,13 @@ bool FileReader::fill() {
     if (next_ != end_) {
         return true;
     }
-    if (unread_ == 0) {
+    if (ended_) {
         return false;
     }
     const ssize_t count = ::read(file_.number(), buffer_, kBufferSize);
     failed_ = count < 0;
-    const std::size_t received = count > 0 ? static_cast<std::size_t>(count) : 0;
-    unread_ = received > 0 ? unread_ - std::min(unread_, received) : 0;
+    ended_ = count <= 0;
     next_ = buffer_;
-    end_ = buffer_ + received;
-    return received > 0;
+    end_ = buffer_ + std::max<ssize_t>(count, 0);
+    return !ended_;
 }

@@ -62,8 +62,9 @@ TEST(Transport, TakesHalfABodyForNone) {
         EXPECT_EQ(transport.getInputBuffer(), nullptr) << length;
         EXPECT_EQ(transport.getInputBufferLength(), 0U) << length;
         const std::string log = testing::internal::GetCapturedStderr();
-        EXPECT_EQ(log.find("but only 5 bytes came\n") != std::string::npos, std::atol(length) > 5);
-        EXPECT_NE(log.find("CONTENT_LENGTH is zero"), std::string::npos);
+        const bool isShort = std::atol(length) > 5;
+        EXPECT_EQ(log.find("but only 5 bytes came\n") != std::string::npos, isShort);
+        EXPECT_EQ(log.find("CONTENT_LENGTH is zero") == std::string::npos, isShort);
     }
 }
 

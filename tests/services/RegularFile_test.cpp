@@ -12,14 +12,14 @@ TEST(RegularFile, IsAllThatOpens) {
     std::filesystem::create_symlink("file", "link");
     ASSERT_EQ(mkfifo("pipe", 0600), 0);
     for (const char* name : {"folder", "pipe", "missing", "/dev/zero", ""}) {
-        EXPECT_FALSE(FileReader(name).isOpen()) << name;
+        EXPECT_FALSE(openRegularFile(name).isOpen()) << name;
     }
     for (const char* name : {"folder", "pipe", "missing/file", "/dev/null", ""}) {
         EXPECT_EQ(openEmptiedStream(name), nullptr) << name;
     }
     for (const char* name : {"file", "link"}) {
         char byte = 0;
-        EXPECT_EQ(FileReader(name).read(&byte, 1), 1U) << name;
+        EXPECT_EQ(FileReader(openRegularFile(name)).read(&byte, 1), 1U) << name;
         EXPECT_EQ(byte, 'x');
     }
     for (const char* name : {"link", "new"}) {
@@ -40,7 +40,7 @@ TEST(FileReader, ReadsAsAStreamDoes) {
           std::string(4096, 'x')}) {
         writeFile("file", contents);
         const StreamHandle stream(std::fopen("file", "r"));
-        FileReader lines("file");
+        FileReader lines(openRegularFile("file"));
         char expected[256];
         char line[256];
         while (std::fgets(expected, sizeof expected, stream.get()) != nullptr) {
@@ -48,7 +48,7 @@ TEST(FileReader, ReadsAsAStreamDoes) {
             ASSERT_STREQ(line, expected);
         }
         EXPECT_FALSE(lines.readLine(line, sizeof line));
-        FileReader pieces("file");
+        FileReader pieces(openRegularFile("file"));
         std::string pieced;
         for (std::size_t count = 0; (count = pieces.read(line, 100)) > 0;) {
             pieced.append(line, count);

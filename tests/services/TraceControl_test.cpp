@@ -22,7 +22,7 @@ TEST_F(TraceControl, FollowsTheTwoVariables) {
         {"", nullptr, kHere, false},
         {"OFF", nullptr, kHere, false},
         {"U", nullptr, kHere, false},
-        {"user", "", kHere, false},
+        {"user", "", kHere, true},
         {"ON", there.c_str(), "there", false},
         {"U", there.c_str(), "there", true},
         {"u", thereWithSlash.c_str(), "there", true},

@@ -113,9 +113,9 @@ TEST_F(ConverterCacheTest, TheLowerCaseNameGoesFirst) {
     EXPECT_EQ(traceTexts().find("xxxOpenConv: About to try opening (LC)....\n"), 0U);
 }
 
-TEST_F(ConverterCacheTest, OnlyRegularFilesInADirectoryThatFits) {
-    ASSERT_EQ(mkfifo("00010002.tbl", 0600), 0);
-    std::filesystem::create_directory("00010002.TBL");
+TEST_F(ConverterCacheTest, WhatOpensFirstIsReadAndItsDirectoryFits) {
+    std::filesystem::create_directory("00010002.tbl");
+    writeFile("00010002.TBL", someBytes(256));
     EXPECT_EQ(openSingle("0001", "0002"), kNoHandle);
     EXPECT_EQ(errno, EINVAL);
 
