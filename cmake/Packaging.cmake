@@ -36,6 +36,10 @@ function(install_package_documents component package)
 endfunction()
 install_package_documents(tool dnzcnf)
 install_package_documents(development libdnzservices-dev)
+foreach(document IN ITEMS administration operations messages formats)
+  install(FILES ${PROJECT_SOURCE_DIR}/docs/${document}.md
+    DESTINATION /usr/share/doc/dnzcnf COMPONENT tool EXCLUDE_FROM_ALL)
+endforeach()
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/services
   DESTINATION /usr/share/doc/libdnzservices-dev/examples
   COMPONENT development EXCLUDE_FROM_ALL)
@@ -68,7 +72,8 @@ set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS adduser)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SUGGESTS "lighttpd | httpd-cgi")
 set(CPACK_DEBIAN_TOOL_PACKAGE_CONTROL_EXTRA
-  ${packaging_build}/conffiles ${packaging}/postinst ${packaging}/postrm)
+  ${packaging_build}/conffiles ${packaging}/postinst ${packaging}/prerm
+  ${packaging}/postrm)
 set(CPACK_COMPONENT_TOOL_DESCRIPTION "edits the ini files of the Velmora gateway in a browser
 A CGI program for the web server that is already there: it shows an ini
 file of the gateway as a form, checks what was entered, and saves it.
@@ -77,6 +82,7 @@ French, German, Italian, Japanese, Korean and Spanish.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME libdnzservices-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_DEPENDS "libstdc++-12-dev | libstdc++-dev")
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_RECOMMENDS "dnzcnf (= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_DEVELOPMENT_DESCRIPTION "common services of the Velmora gateway (development files)
 Trace, failure reports, messages and text conversion as a static library,

@@ -42,6 +42,6 @@ find $product tests fuzz examples bench tools \( -name '*.cpp' -o -name '*.h' -o
 cppcheck --quiet --enable=warning,performance,portability --error-exitcode=1 --language=c++ \
     --std=c++20 --suppressions-list=tools/cppcheck-suppressions.txt \
     -I . $product || failed=1
-shellcheck run test tools/*.sh install/cgi-bin/dnzcnf install/debian/post* || failed=1
+shellcheck run test tools/*.sh install/cgi-bin/* install/debian/post* install/debian/prerm || failed=1
 
 exit $failed

@@ -1,5 +1,6 @@
 #!/bin/sh
-# Installs those of the given Debian packages that are missing, as root or through sudo.
+# Installs those of the given Debian packages that are missing, as root or through sudo. What apt says
+# is shown only if it fails.
 set -eu
 
 missing=
@@ -17,8 +18,12 @@ as_root=
 if [ "$(id -u)" -ne 0 ]; then
     as_root=sudo
 fi
+log=$(mktemp)
+trap 'rm -f "$log"' EXIT
 echo "Installing$missing"
-$as_root apt-get update
 # shellcheck disable=SC2086 # one word each for the command and the packages
-$as_root env DEBIAN_FRONTEND=noninteractive \
-    apt-get install -y --no-install-recommends $missing </dev/null
+if ! { $as_root apt-get update && $as_root env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -y --no-install-recommends $missing; } </dev/null >"$log" 2>&1; then
+    cat "$log" >&2
+    exit 1
+fi
