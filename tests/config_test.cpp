@@ -9,7 +9,7 @@
 #include "frontend/ContextName.h"
 #include "frontend/HTMLPage.h"
 #include "frontend/ThreadObjectSet.h"
-#include "frontend/interface/Cache.h"
+#include "frontend/interface/WebInterface.h"
 #include "services/base/Path.h"
 #include "support/Services.h"
 

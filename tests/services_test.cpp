@@ -7,7 +7,7 @@
 
 #include "services/base/ReturnCodes.h"
 #include "services/base/Text.h"
-#include "services/inner/ServiceNames.h"
+#include "services/inner/ControlBlock.h"
 #include "services/inner/SystemInformation.h"
 #include "services/inner/TraceRecords.h"
 #include "services/outer/Environment.h"

@@ -1,10 +1,13 @@
 // The control block of the common services: one record a process, from which all the services
-// take their state. It is made by the start of the services and released by their stop.
+// take their state, and the names of variables and files that they derive from it. It is made by
+// the start of the services and released by their stop.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
+
+#include "services/base/Text.h"
 
 struct CCSIDNode;  // the conversion's own; here only the root of its tree is kept
 
@@ -43,5 +46,21 @@ constexpr std::int32_t reduceProcessId(std::int32_t processId) {
 
 // The reduced id of this process (getpid, POSIX).
 std::int32_t reducedProcessId();
+
+// The value of the environment variable named by the service name and `suffix`, as DNZ_TRACE
+// by "_TRACE". Null when it isn't set or the services aren't started. Borrowed from the
+// environment.
+const char* serviceVariable(const char* suffix);
+
+// The directory for trace files and reports, from the service variable _PATH. Null when the
+// variable isn't set or is empty, which means the working directory.
+const char* serviceDirectory();
+
+// The name of this process's file of one kind, as DNZ04711.TRC: eight characters from the service
+// name and the reduced process id, a point and `extension`.
+class ServiceFileName : public FixedText<16> {
+public:
+    explicit ServiceFileName(const char* extension);
+};
 
 }  // namespace dnz

@@ -13,7 +13,6 @@
 #include "services/inner/BuildInformation.h"
 #include "services/inner/ControlBlock.h"
 #include "services/inner/FunctionStack.h"
-#include "services/inner/ServiceNames.h"
 #include "services/inner/TraceControl.h"
 #include "services/inner/TraceRecords.h"
 

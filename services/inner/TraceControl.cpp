@@ -11,7 +11,6 @@
 #include "services/inner/BuildInformation.h"
 #include "services/inner/ControlBlock.h"
 #include "services/inner/FailureReport.h"
-#include "services/inner/ServiceNames.h"
 #include "services/inner/TraceRecords.h"
 
 using namespace dnz;
