@@ -6,9 +6,11 @@ Usage: run_case.py SOURCE BUILD CASEFILE. docs/request-cases.md tells how cases 
 """
 import collections
 import difflib
+import fcntl
 import os
 import pathlib
 import re
+import signal
 import sys
 import tempfile
 
@@ -81,6 +83,13 @@ def changes(lines):
 
 def fill(template, **values):
     return re.sub('<([a-z]+)>', lambda match: str(values[match[1]]), template)
+
+
+def lease(path):
+    """Claims a file, and gives it up when the program asks for it."""
+    file = os.open(path, os.O_RDONLY)
+    signal.signal(signal.SIGIO, lambda *_: fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_UNLCK))
+    fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_WRLCK)
 
 
 class Case:
@@ -164,6 +173,8 @@ class Case:
         if self.trace_folder:
             variables.update(DNZ_TRACE='ON', DNZ_PATH=self.trace_folder)
         variables.update(changes(self.lines['env']))
+        for name, _ in self.lines['leased']:
+            lease(self.folder / name)
         answer = program.run(
             [BUILD / 'frontend/dnzcnf'], self.folder, body or None, variables,
             preexec_fn=lambda: [os.close(int(stream)) for stream in self.argument('closed').split()])
