@@ -1,6 +1,6 @@
 // What a fuzz target is made of: the bytes that it gets, from which it takes its arguments from the
 // front on, and what it demands. A number or text is zero or empty where the bytes have ended.
-// Without libFuzzer the program runs over the files of the folders given, as an ordinary test.
+// With REPLAY, and without libFuzzer, the program runs over the files of a folder, as a test.
 #pragma once
 
 #include <algorithm>
@@ -53,7 +53,7 @@ inline void require(bool holds, const char* property) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-#ifndef FUZZING_BUILD_MODE_UNSAFE_FOR_PRODUCTION
+#ifdef REPLAY
 int main(int /*count*/, char** arguments) {
     int files = 0;
     for (const auto& entry : std::filesystem::directory_iterator(arguments[1])) {
