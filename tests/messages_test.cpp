@@ -1,7 +1,6 @@
 #include <nl_types.h>
 
 #include <map>
-#include <memory>
 
 #include "messages/MessageInserts.h"
 #include "messages/MessageRetrieval.h"
@@ -12,13 +11,18 @@ using namespace dnz;
 
 namespace {
 
-const std::string kWord(93, 'a');
-const std::string kText =
-    "This line is folded at the last space that lies within eighty columns, here";
+const std::string kWord(79, 'a');
+const std::string kLong(93, 'b');
 std::map<int, std::string> catalogue = {
-    {1000, "Plain text"}, {1001, "File %3, then %4."},  {1002, "one\024two\024three\024rest"},
-    {1003, "one\024"},    {1080, kText + " after it."}, {1081, kWord + " b c"},
-    {1082, kWord},        {6090, "No text for %6."},    {16665, "Groups above nine"}};
+    {1000, "Plain text"},
+    {1001, "%1 %2 %6 %7 %8 <%3><%4><%5> %%3 %%%5 %9 %0 %x %\n 100%"},
+    {1002, "one\024two\024three"},
+    {1003, "one\024"},
+    {1080, kWord + " b c " + kWord + " d"},
+    {1081, kLong + " b " + kLong},
+    {1082, kLong},
+    {6090, "No text for %6."},
+    {16665, "Groups above nine"}};
 std::string tried;                             // the names of the catalogues that were asked for
 std::string thereIs = "/opt/nzm/bin/dnz.cat";  // the one that opens
 
@@ -65,25 +69,19 @@ char* catgets(nl_catd /*catalogue*/, int set, int number, const char* otherwise)
 
 TEST_F(Services, RetrieveMessages) {
     check(R"(40001000 3 200 => 0 Plain text | 1000 3 11 => 0 Plain text | 1000 3 1 => 10806133
-             1000 3 10 => 10806133 Plain tex | 1001 3 200 => 0 File 50% %4, then .
-             7000FFFF 3 200 => 0 Groups above nine | 1000 2 200 => 0 NZL1000: Plain text
-             4000FFFF 2 11 => 10806133 NZL????: G | 1000 2 10 => 10806133 NZL1000:
-             1000 2 5 => 10806133 NZL1 | 40009999 3 200 => 10806132 No text for 1073781145.
-             40009999 2 30 => 10806133 NZL6090: No text for 10737811 | 80001000 3 11 => 0 Plain text
-             20806129 3 200 => 10806132 No text for 545284393. | 1002 3 0 4 => 0  two
-             1002 3 200 200 200 => 0 one two three)"
-          "\024"
-          R"(rest | 1003 3 200 200 => 0 one
-             1002 3 4 3 200 => 10806133 one tw three)"
-          "\024"
-          R"(rest | 1002 3 200 => 0 one
-             1000 0 200 => 20806128 ~ | 1000 1 200 => 20806128 ~ | 1000 12 200 => 20806128 ~
-             1000 -1 200 => 20806128 ~ | 1000 3 0 => 20806127 | 1000 10 200 => 0 NZL1000: Plain text
-             1080 3 200 => 0 )" +
-              kText + " after it. | 1080 11 200 => 0 " + kText +
-              "/after it. | "
-              "1081 11 200 => 0 " +
-              kWord + "/b c | 1082 11 200 => 0 " + kWord,
+        1000 3 10 => 10806133 Plain tex | 7000FFFF 3 200 => 0 Groups above nine | 1000 2 5 => 10806133 NZL1
+        1001 3 200 => 0 -1 -2147483648 4097 FFFFFFFF 80000000 <50% %4><><third> %%3 %%third %9 %0 %x %/ 100%
+        4000FFFF 2 11 => 10806133 NZL????: G | 1000 2 10 => 10806133 NZL1000:
+        1000 10 200 => 0 NZL1000: Plain text | 40009999 3 200 => 10806132 No text for 1073781145.
+        40009999 2 30 => 10806133 NZL6090: No text for 10737811 | 80001000 3 11 => 0 Plain text
+        20806129 3 200 => 10806132 No text for 545284393. | 1002 3 200 200 200 => 0 one two three
+        1002 3 0 4 => 0  two | 1002 3 4 3 200 => 10806133 one tw three | 1003 3 200 200 => 0 one
+        1000 0 200 => 20806128 ~ | 1000 1 200 => 20806128 ~ | 1000 12 200 => 20806128 ~
+        1000 -1 200 => 20806128 ~ | 1000 3 0 => 20806127)",
+          messageOf);
+    check("1080 3 200 => 0 " + kWord + " b c " + kWord + " d | 1080 11 200 => 0 " + kWord +
+              "/b c/" + kWord + "/d | 1081 11 200 => 0 " + kLong + "/b/" + kLong +
+              " | 1082 11 200 => 0 " + kLong,
           messageOf);
     EXPECT_EQ(xnzGetMessage(0x1000, kPlainMessage, {}, 0, nullptr, 0, nullptr, 1, nullptr, 0),
               xecE_E_INVALID_BUFFLEN);
@@ -115,19 +113,7 @@ TEST_F(Services, TryCataloguesInOrder) {
           messageOf);
 }
 
-TEST_F(Services, ReplaceMarkersAndNothingElse) {
-    check(R"(=> | plain => plain | %1/%2/%6 => -1/-2147483648/1073745954 | %7 => FFFFFFFF
-             <%3><%4><%5> => <50% %4><><third> | %8 => 80000000 | 100% => 100% | %%3 => %%3
-             %%%5 => %%third | %9 %0 %x => %9 %0 %x)",
-          [](std::istringstream& in) {
-              char* text = nullptr;
-              std::uint32_t length = 0;
-              const std::int32_t code = xnzConvertInserts(
-                  0x40001022, in.str().c_str(), someInserts(), kInsertCcsid, &text, &length);
-              EXPECT_TRUE(code == 0 && std::strlen(text) == length);
-              const std::unique_ptr<char, decltype(&std::free)> owner(text, &std::free);
-              return std::string(text);
-          });
+TEST_F(Services, HandOutInserts) {
     check(R"(20 %1 %5 => -1 third | 20 %3%4. => 50% %4. | 20 a%6b => aBad insert!/b | 20 a% => a%
              20 %%1 => Bad insert!/1 | 05 abc => abc | 04 abc => cut: abc | 03 abc => cut: ab
              08 %5%5 => cut: thirdth | 01 abc => cut: | 00 abc => cut: ????????????????????)",

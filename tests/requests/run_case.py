@@ -2,42 +2,15 @@
 one they name. Whole answers and whole files are compared. Unless the cases trace by themselves,
 they run a second time with tracing on: nothing may change, and each trace has to explain itself.
 
-Usage: run_case.py SOURCE BUILD CASEFILE. A case begins with "== " and what it shows; the lines
-before the first one belong to all. Text that belongs to a line is indented below, or behind ": ".
-
-    each $1 | $2, ...    makes a case for each item of the list, or for each line below
-    file NAME            a file to make first; with "/" at its end a folder, with "|" a pipe
-    without NAME         a file to remove
-    env NAME=value, ...  variables; a bare NAME takes the variable away
-    closed STREAMS       numbers of the standard streams that are closed before the program starts
-    open NAME            the first view of a file. Below may be its lines, and what is shown if plain
-                         reading doesn't tell it:   line => name | value | description
-    save [NAME]          the form of dnz.ini comes back, to be saved as NAME. Below are its rows, each
-                         with its line in the file if it isn't plain, or its faults and value then:
-                             name | value | description | box => line
-                             + name | value | description ! 1015 1016: value     the new entry
-    back [NAME]          the form of the answer before comes back, to be saved as NAME
-    with NAME=value, ... fields beside those; a bare NAME takes the field away
-    raw                  fields as sent, after those: an "&" a line
-
-The outcome is a page with the rows of the file; a save writes its rows in name order. Otherwise:
-
-    page NAME [SAVE [FOLDER]]   the form page, one "name | value | description" a row
-    refused 1013|insert, 1012   the failure page; rows with faults have theirs without it
-    stdout, stderr, exit N      what is said there; 1 is the exit value unless said
-    after NAME                  a file that is new or has changed; no other file may
-    trace [FOLDER]              a part of the trace as a tree (see traces.py), with blocks of its own;
-                                an own DNZ_TRACE needs FOLDER
-    report FOLDER               a failure report, or the beginnings of lines of it
-
-Texts: \\x20 stands for a byte, a last \\ for no line end, {x*80} for a run, {cwd} for the folder,
-{1010|insert|insert} for a message, {0-9|text @} for ten lines with 0000 to 0009 in them.
+Usage: run_case.py SOURCE BUILD CASEFILE. docs/request-cases.md tells how cases are written.
 """
 import collections
 import difflib
+import fcntl
 import os
 import pathlib
 import re
+import signal
 import sys
 import tempfile
 
@@ -48,6 +21,7 @@ BUILD, CASES = map(pathlib.Path, sys.argv[2:])
 FIXTURES = pathlib.Path(__file__).parent / 'fixtures'
 ENCODING = 'latin-1'  # bytes pass through unchanged
 MESSAGES = program.messages(encoding=ENCODING)
+NEW_FIELDS = ('dnzNewName', 'dnzNewValue', 'dnzNewDesc')
 
 
 def read(path):
@@ -56,6 +30,7 @@ def read(path):
 
 TEMPLATES = {name: read(FIXTURES / name) for name in ('dnzcnf2.htm', 'dnzcnf3.htm')}
 ROW, TAIL = read(FIXTURES / 'form.txt').split('---\n')
+FOLDER_FIELD = re.search('<TD>.*<directory>.*\n ', TAIL)[0]
 
 
 def read_cases():
@@ -110,6 +85,13 @@ def fill(template, **values):
     return re.sub('<([a-z]+)>', lambda match: str(values[match[1]]), template)
 
 
+def lease(path):
+    """Claims a file, and gives it up when the program asks for it."""
+    file = os.open(path, os.O_RDONLY)
+    signal.signal(signal.SIGIO, lambda *_: fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_UNLCK))
+    fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_WRLCK)
+
+
 class Case:
     """One case in one pass. What differs from its outcome is collected."""
 
@@ -149,19 +131,17 @@ class Case:
         name, fields = self.argument(self.kind), {}
         if self.kind == 'open':
             fields = {'dnzcnf': 'open', 'dnzINIfile': name}
-        elif self.kind:
-            fields = {'dnzhidefile': 'dnz.ini', 'dnzINIsave': name or 'dnz.ini', 'dnzSave': 'Save'}
         if self.kind == 'back':
-            found = re.findall(r'NAME= ?(\S+) VALUE= ?(?:"(.*?)"|(\S+)) +SIZE', shown)
-            fields.update((field, quoted or plain) for field, quoted, plain in found)
-            fields['dnzINIsave'] = name or fields['dnzINIsave']
-        elif self.kind == 'save':
-            old = [cells(row) for new, row, *_ in self.rows if not new]
-            named = [(f'{kind}{n}', cell) for n, row in enumerate(old)
-                     for kind, cell in zip('nvde', row)]
+            fields = dict(re.findall(r'NAME= ?(\S+) VALUE= ?"?(.*?)"? +SIZE', shown))
+        if self.kind == 'save':
+            fields = {'dnzhidefile': 'dnz.ini', 'dnzINIsave': 'dnz.ini', 'dnzNumPairs': 0}
             for new, row, *_ in self.rows:
-                named += zip(('dnzNewName', 'dnzNewValue', 'dnzNewDesc'), cells(row) if new else ())
-            fields.update({field: cell for field, cell in named if cell}, dnzNumPairs=len(old))
+                kinds = [f'{kind}{fields["dnzNumPairs"]}' for kind in 'nvde']
+                fields['dnzNumPairs'] += not new
+                fields.update((kind, cell) for kind, cell in zip(
+                    NEW_FIELDS if new else kinds, cells(row)) if cell)
+        if self.kind in ('save', 'back'):
+            fields.update(dnzINIsave=name or fields['dnzINIsave'], dnzSave='Save')
         fields.update(changes(self.lines['with']))
         return {field: value for field, value in fields.items() if value is not None}
 
@@ -193,6 +173,8 @@ class Case:
         if self.trace_folder:
             variables.update(DNZ_TRACE='ON', DNZ_PATH=self.trace_folder)
         variables.update(changes(self.lines['env']))
+        for name, _ in self.lines['leased']:
+            lease(self.folder / name)
         answer = program.run(
             [BUILD / 'frontend/dnzcnf'], self.folder, body or None, variables,
             preexec_fn=lambda: [os.close(int(stream)) for stream in self.argument('closed').split()])
@@ -238,38 +220,27 @@ class Case:
         else:
             rows = entries(files.get(os.path.relpath(path, self.folder), ''))
         head, tail = (files.get(name, files.get(f'pages/{name}')) for name in TEMPLATES)
-        missing = '<HTML>{{1000|{}}}</HTML>'
-        field = '<TD><INPUT TYPE= HIDDEN  NAME= dnzfilepath VALUE= "<path>"  SIZE= 25 > </TD>\n '
-        return (self.expand('Content-type: text/html\n\n') + head + '\n' + ''.join(
+        return ('Content-type: text/html\n\n' + head + '\n' + ''.join(
                     fill(ROW, i=i, name=row[0], value=row[1], description=row[2])
                     for i, row in enumerate(rows))
-                + self.expand(fill(TAIL, rows=len(rows), hide=hide, save=save or hide,
-                                   directory=directory and fill(field, path=directory)))
-                + (tail + '\n' if tail is not None else self.expand(missing.format('dnzcnf3.htm'))))
+                + self.expand(fill(TAIL if directory else TAIL.replace(FOLDER_FIELD, ''), hide=hide,
+                                   save=save or hide, directory=directory, rows=len(rows)))
+                + (self.expand('<HTML>{1000|dnzcnf3.htm}</HTML>') if tail is None else tail + '\n'))
 
     def check_trace(self, folder, variables, stem):
         """Compares the trace file and the report, and takes them away."""
         if 'DNZ_TRACE' in variables and (self.trace_folder or self.lines['trace']):
-            try:
-                records, banner = traces.read_trace(self.take(folder / f'{stem}.TRC'))
-            except AssertionError as problem:
-                self.differences.append(f'trace: {problem}')
-                return
             user = variables['DNZ_TRACE'][:1] in ('U', 'u') and variables['DNZ_PATH'] is not None
-            self.compare('banner', f'{user}', f'{banner}')
-            blocks = {**traces.BLOCKS, **dict(self.lines['block'])}
+            records = traces.read_trace(self.take(folder / f'{stem}.TRC'), user)
             for _, tree in self.lines['trace']:
-                part = traces.expand(tree, blocks) if tree else ''
+                part = traces.expand(tree or '\n', dict(self.lines['block']))
                 self.compare('trace', part, part if part in records else records)
         for place, report in self.lines['report']:
             text = traces.read_report(self.take(self.folder / place / f'{stem}.FDC'), stem)
-            if not report.startswith('+'):
-                text = ''.join(line for line in report.splitlines(True) if line.strip() in text)
-            self.compare('report', report, text)
+            lines = [line for line in report.splitlines(True) if line.strip() in text]
+            self.compare('report', report, text if report.startswith('+') else ''.join(lines))
 
     def take(self, path):
-        if not path.exists():
-            return 'no such file'
         self.compare('mode', '0o100600', oct(path.stat().st_mode))
         text = read(path)
         path.unlink()
@@ -284,14 +255,15 @@ def run_pass(trace_folder=None):
             (folder / name).write_text(text)
         for title, text in read_cases():
             case = Case(text, folder, trace_folder, shown)
-            output = case.check()
+            try:
+                output = case.check()
+            except (AssertionError, OSError) as problem:
+                case.differences.append(repr(problem))
             shown = output if 'dnzNumPairs' in output else shown
             if case.differences:
-                yield '\n'.join([f'{title} ({"traced" if trace_folder else "plain"})',
-                                 *case.differences, ''])
+                yield '\n'.join([f'{title} (traced: {bool(trace_folder)})', *case.differences, ''])
 
 
 with tempfile.TemporaryDirectory(prefix='dnzcnf-trace-') as traces_folder:
     found = [*run_pass(), *([] if 'DNZ_TRACE' in read(CASES) else run_pass(traces_folder))]
-print('\n'.join(found), end='')
-sys.exit(bool(found))
+sys.exit('\n'.join(found))

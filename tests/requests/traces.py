@@ -1,14 +1,4 @@
-"""Trace files and failure reports: every byte of one is explained here, or the test fails.
-
-The records of a trace are written as a tree:
-
-    Caller = 1                    entry and exit with the return code text 1; OK when left out
-      ! text                      a text record
-      Callee -> Other label       an exit under another label than the entry
-      First ; Callee x3           one call, then three
-      Callee > ! text ; Inner     what happens inside, on the same line
-      @name one|two               the records of a named block, with its $1 and $2 replaced
-"""
+"""Trace files and failure reports: every byte of one is explained here, or the test fails."""
 import pathlib
 import re
 import time
@@ -28,28 +18,30 @@ OTHER_EXITS = {'URLDecoder::hexStringToChar': 'URLDecoder::hexStringToInt'}
 THREAD = re.compile(r'!  PosixThreadId=([0-9a-f]{16})\n!  ThreadId=([0-9a-f]{8,16})\n'
                     r'!  Normalised ThreadId=([0-9a-f]{8})\n')
 
+# Each "@name" line begins a block of records.
+BLOCKS = dict(re.findall(r'^@(\S+)\n((?:  .*\n)*)', (
+    pathlib.Path(__file__).parent / 'fixtures/records.txt').read_text(), re.MULTILINE))
 
-def read_trace(text):
-    """The records of a whole trace file, one a line, and whether the user's banner is there."""
+
+def read_trace(text, user):
+    """The records of a whole trace file, one a line; that of a user has a banner."""
     head = re.match(HEAD, text)
-    assert head, text[:300]
+    assert head and bool(head[2]) == user, text[:300]
     assert abs(time.time() - time.mktime(time.strptime(head[1]))) < 600, head[1]
     position, records, callers = head.end(), '', []
     while position < len(text):
         record = RECORD.match(text, position)
         assert record, text[position - 300:position + 300]
-        dashes, entered, left_dashes, left, code, told = record.groups()
-        if entered:
-            callers.append(entered)
-        if not told:
-            assert (dashes or left_dashes) == '-' * min(2 * len(callers), 60), record[0]
+        entry, entered, leave, left, code, told = record.groups()
+        position = record.end()
+        callers += [entered] * bool(entered)
+        assert told or (entry or leave) == '-' * min(2 * len(callers), 60), record[0]
         if left:
             entered = callers.pop()
             assert left == OTHER_EXITS.get(entered, entered.split(' l=')[0]), (entered, left)
         records += (told or (f'<{left}{code}' if left else f'>{entered}')) + '\n'
-        position = record.end()
     assert not callers, callers
-    return THREAD.sub(masked_thread, records), bool(head[2])
+    return THREAD.sub(masked_thread, records)
 
 
 def masked_thread(match):
@@ -66,23 +58,13 @@ def read_report(text, stem):
     return re.sub(f'{LEVEL} +', lambda m: 'Level is 9.9.9 *****'.ljust(len(m[0])), text)
 
 
-def read_blocks():
-    """Each "@name" line begins a block."""
-    text = (pathlib.Path(__file__).parent / 'fixtures/records.txt').read_text()
-    parts = re.split(r'^@(\S+)\n', text, flags=re.MULTILINE)
-    return dict(zip(parts[1::2], parts[2::2]))
-
-
-BLOCKS = read_blocks()
-
-
 def expand(tree, blocks):
     """The records that a tree stands for."""
     indent, records = re.match(' *', tree)[0], ''
     for line, below in re.findall(rf'^{indent}(\S.*)\n((?:{indent} .*\n)*)', tree, re.MULTILINE):
         siblings, _, inside = line.partition(' > ')
-        *first, last = siblings.split(' ; ')
         inner = (expand(inside + '\n', blocks) if inside else '') + expand(below, blocks)
+        *first, last = siblings.split(' ; ')
         records += ''.join(expand_one(one, '', blocks) for one in first)
         records += expand_one(last, inner, blocks)
     return records
@@ -93,10 +75,9 @@ def expand_one(text, inner, blocks):
     if text.startswith('!'):
         return text + '\n'
     if text.startswith('@'):
-        name, *arguments = re.split('[ |]', text[1:], maxsplit=1)
-        tree = blocks[name]
-        for number, argument in enumerate(''.join(arguments).split('|'), 1):
-            tree = tree.replace(f'${number}', argument)
+        name, _, arguments = text[1:].partition(' ')
+        values = arguments.split('|')
+        tree = re.sub(r'\$(\d)', lambda m: values[int(m[1]) - 1], {**BLOCKS, **blocks}[name])
         return expand(tree, blocks) * int(count)
     label, left, code = re.fullmatch('(.*?)(?: -> (.*?))?(?: = (.*))?', text).groups()
     return f'>{label}\n{inner}<{left or label} (rc= {code or "OK"})\n' * int(count)

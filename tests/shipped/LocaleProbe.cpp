@@ -8,33 +8,25 @@
 #include "services/outer/MessageText.h"
 #include "services/outer/ServiceCalls.h"
 
-constexpr std::int32_t kMessageWithInsert = 0x40001013;
-
 int main() {
     dnz_InitCommonServices("DNZ");
-    std::printf("code page %d\n", ObtainSystemCP());
     char codeset[kCodesetSize];
     xnzGetCodeset(codeset);
-    std::printf("codeset %s\n", codeset);
-
+    std::printf("code page %d codeset %s\n", ObtainSystemCP(), codeset);
     char date[64];
     char time[64];
     const auto code = xnzQueryDateTime2(kUniversalTime, date, time, sizeof date, sizeof time);
     std::printf("date %s (%d)\n", date, code);
-
-    // A day that every locale writes in another way.
-    std::tm day{};
+    std::tm day{};  // one that every locale writes in another way
     day.tm_year = 121;
     day.tm_mon = 2;
     day.tm_mday = 9;
     day.tm_wday = 2;
     char text[256];
     static_cast<void>(std::strftime(text, sizeof text, "%c|%x|%X|%p|%A %B", &day));
-    std::printf("day %s\n", text);
-
-    std::puts(MessageText(kMessageWithInsert, "two words").text());
-    std::printf("locale %s\n", std::setlocale(LC_ALL, nullptr));
-    std::printf("point %s grouping %s currency %s\n", std::localeconv()->decimal_point,
-                std::localeconv()->thousands_sep, std::localeconv()->currency_symbol);
+    std::printf("day %s\n%s\n", text, MessageText(0x40001013, "two words").text());
+    std::printf("locale %s point %s grouping %s currency %s\n", std::setlocale(LC_ALL, nullptr),
+                std::localeconv()->decimal_point, std::localeconv()->thousands_sep,
+                std::localeconv()->currency_symbol);
     return 0;
 }
