@@ -266,4 +266,4 @@ def run_pass(trace_folder=None):
 
 with tempfile.TemporaryDirectory(prefix='dnzcnf-trace-') as traces_folder:
     found = [*run_pass(), *([] if 'DNZ_TRACE' in read(CASES) else run_pass(traces_folder))]
-sys.exit('\n'.join(found))
+sys.exit('\n'.join(found) or 0)
