@@ -20,7 +20,7 @@ if grep -rnE --include='*.cpp' --include='*.h' '#include <(iostream|fstream|sstr
 fi
 # shellcheck disable=SC2086
 if grep -rnE --include='*.cpp' --include='*.h' '#include "\.\./' $product; then
-    echo 'A room sees the rooms that its target links: no include by a path.' >&2
+    echo 'A layer sees the layers that its target links: no include by a path.' >&2
     failed=1
 fi
 # shellcheck disable=SC2086
