@@ -44,7 +44,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/services
   DESTINATION /usr/share/doc/libdnzservices-dev/examples
   COMPONENT development EXCLUDE_FROM_ALL)
 
-# What an administrator edits: the ini file, and the entry pages with their list of ini files.
+# What an administrator edits: the ini file, and the entry pages.
 # An upgrade keeps the edited ones.
 file(GLOB entry_pages CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/install/html
   ${PROJECT_SOURCE_DIR}/install/html/*/dnzcnf1.htm)
