@@ -10,12 +10,12 @@
 
 int main() {
     dnz_InitCommonServices("DNZ");
-    char codeset[kCodesetSize];
+    char codeset[dnz::kCodesetSize];
     xnzGetCodeset(codeset);
     std::printf("code page %d codeset %s\n", ObtainSystemCP(), codeset);
     char date[64];
     char time[64];
-    const auto code = xnzQueryDateTime2(kUniversalTime, date, time, sizeof date, sizeof time);
+    const auto code = xnzQueryDateTime2(dnz::kUniversalTime, date, time, sizeof date, sizeof time);
     std::printf("date %s (%d)\n", date, code);
     std::tm day{};  // one that every locale writes in another way
     day.tm_year = 121;
@@ -24,7 +24,7 @@ int main() {
     day.tm_wday = 2;
     char text[256];
     static_cast<void>(std::strftime(text, sizeof text, "%c|%x|%X|%p|%A %B", &day));
-    std::printf("day %s\n%s\n", text, MessageText(0x40001013, "two words").text());
+    std::printf("day %s\n%s\n", text, dnz::MessageText(0x40001013, "two words").text());
     std::printf("locale %s point %s grouping %s currency %s\n", std::setlocale(LC_ALL, nullptr),
                 std::localeconv()->decimal_point, std::localeconv()->thousands_sep,
                 std::localeconv()->currency_symbol);
