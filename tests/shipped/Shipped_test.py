@@ -13,7 +13,7 @@ class Shipped(unittest.TestCase):
             self.assertRegex(headers, expected)
         self.assertNotRegex(headers, 'INTERP|LOAD .* RWE ')
         # The C library inside the program has such calls too, so its own objects are asked.
-        needed = output_of('nm', '-u', *BUILD.glob('services/types/*.a'), *BUILD.glob('frontend/*.a'))
+        needed = output_of('nm', '-u', *BUILD.glob('services/base/*.a'), *BUILD.glob('frontend/*.a'))
         self.assertRegex(needed, r' U __stack_chk_fail\n(.*\n)* +U __vsnprintf_chk\n')
         self.assertNotRegex(needed, r' U v?snprintf\n')
 
