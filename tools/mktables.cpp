@@ -268,11 +268,11 @@ public:
     // Writes the table of two pages unless it is there from another pair, or isn't needed.
     template <typename Make>
     void writeTable(int fromPage, int toPage, const Make& make) {
-        char name[16];
-        std::snprintf(name, sizeof name, "%04x%04x.tbl", static_cast<unsigned>(fromPage),
-                      static_cast<unsigned>(toPage));
-        if (fromPage != toPage && written_.insert(name).second) {
-            write(name, make());
+        FixedText<16> name;
+        name.appendf("%04x%04x.tbl", static_cast<unsigned>(fromPage),
+                     static_cast<unsigned>(toPage));
+        if (fromPage != toPage && written_.insert(name.c_str()).second) {
+            write(name.c_str(), make());
         }
     }
 
@@ -285,10 +285,10 @@ void writeCcsidTable(const PagePairs& pairs, Directory& directory) {
     std::string table = "# ccsid dbcsPage sbcsPage widthClass encodingClass leadByteClass\n";
     for (const int number : pairs.order) {
         const Ccsid& ccsid = pairs.ccsids.at(number);
-        char line[128];
-        std::snprintf(line, sizeof line, "%5d %5d %5d %d %d %d\n", ccsid.number, ccsid.dbcsPage,
-                      ccsid.sbcsPage, ccsid.widthClass, ccsid.encodingClass, ccsid.leadByteClass);
-        table += line;
+        FixedText<128> line;
+        line.appendf("%5d %5d %5d %d %d %d\n", ccsid.number, ccsid.dbcsPage, ccsid.sbcsPage,
+                     ccsid.widthClass, ccsid.encodingClass, ccsid.leadByteClass);
+        table += line.view();
     }
     directory.write("ccsid.tbl", table);
 }
