@@ -32,6 +32,8 @@ private:
     int saved_;
 };
 
+constexpr std::int32_t kColumnsPerLevel = 2;
+
 constexpr int kTimeOfDayLength = 8;
 
 // The "hh:mm:ss" inside the text of ctime.
@@ -97,6 +99,19 @@ private:
     int identicalLines_ = 0;
 };
 
+// Apart from enterFunction, whose other calls are too many to carry this along.
+[[gnu::cold, gnu::noinline]] char* traceEntry(const char* functionName, std::int32_t depth,
+                                              char* row) {
+    xnz_trchkgt(functionName, kServiceOk, kColumnsPerLevel * depth, 1);
+    return row;
+}
+
+// The first entry, and every one for which there is no storage.
+[[gnu::cold, gnu::noinline]] char* enterWithoutStack(const char* functionName) {
+    makeFunctionStack();
+    return pCtl != nullptr ? enterFunction(functionName) : traceEntry(functionName, 0, nullptr);
+}
+
 void writeTextRecord(const char* text) {
     std::fprintf(xnzCSCtrl->traceFile, "   ! %s\n", text);
     std::fflush(xnzCSCtrl->traceFile);
@@ -117,13 +132,21 @@ bool dnz::isTracing() {
     return xnzCSCtrl != nullptr && xnzCSCtrl->traceIsOn == 1 && xnzCSCtrl->traceFile != nullptr;
 }
 
-void xnztr_entry(const char* functionName) {
+char* dnz::enterFunction(const char* functionName) {
     if (xnzCSCtrl == nullptr) {
-        return;
+        return nullptr;
     }
-    const std::int32_t indentation = pushFunction(functionName);
-    if (isTracing()) {
-        xnz_trchkgt(functionName, kServiceOk, indentation, 1);
+    if (pCtl == nullptr) {
+        return enterWithoutStack(functionName);
+    }
+    const std::int32_t depth = pCtl->depth++;
+    char* row = depth < kFunctionStackLimit ? pCtl->names[depth] : nullptr;
+    return isTracing() ? traceEntry(functionName, depth, row) : row;
+}
+
+void xnztr_entry(const char* functionName) {
+    if (char* row = enterFunction(functionName); row != nullptr) {
+        BoundedText(row, kFunctionNameSize).append(functionName);
     }
 }
 
@@ -131,9 +154,12 @@ void xnztr_exit(const char* functionName, std::int32_t returnCode) {
     if (xnzCSCtrl == nullptr) {
         return;
     }
-    const std::int32_t indentation = popFunction();
+    if (pCtl != nullptr && pCtl->depth > 0) {
+        --pCtl->depth;
+    }
     if (isTracing()) {
-        xnz_trchkgt(functionName, returnCode, indentation, 0);
+        const std::int32_t depth = pCtl != nullptr ? pCtl->depth : 0;
+        xnz_trchkgt(functionName, returnCode, kColumnsPerLevel * depth, 0);
     }
 }
 
@@ -179,8 +205,8 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
     }
 }
 
-void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t indentation,
-                 std::int32_t isEntry) {
+[[gnu::cold]] void xnz_trchkgt(const char* functionName, std::int32_t returnCode,
+                               std::int32_t indentation, std::int32_t isEntry) {
     if (!isTracing()) {
         return;
     }
@@ -199,7 +225,7 @@ void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t
     std::fflush(xnzCSCtrl->traceFile);
 }
 
-void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data) {
+[[gnu::cold]] void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data) {
     if (!isTracing() || data == nullptr) {
         return;
     }
