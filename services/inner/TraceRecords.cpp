@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cinttypes>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 
@@ -34,15 +35,22 @@ private:
 
 constexpr std::int32_t kColumnsPerLevel = 2;
 
-constexpr int kTimeOfDayLength = 8;
-
-// The "hh:mm:ss" inside the text of ctime.
+// The "hh:mm:ss" inside the text of ctime, asked for once a second, or when the zone changes: where
+// the environment names no zone, ctime looks at the system's each time.
 const char* timeOfDay() {
     constexpr std::size_t kOffset = 11;
+    static char text[] = "--:--:--";
+    static std::time_t second = -1;
+    static const char* zone = nullptr;
     timeval now{};
     gettimeofday(&now, nullptr);
-    const char* text = std::ctime(&now.tv_sec);
-    return text != nullptr ? text + kOffset : "--:--:--";
+    if (now.tv_sec != second || std::getenv("TZ") != zone) {
+        const char* whole = std::ctime(&now.tv_sec);
+        std::memcpy(text, whole != nullptr ? whole + kOffset : "--:--:--", sizeof text - 1);
+        second = now.tv_sec;
+        zone = std::getenv("TZ");
+    }
+    return text;
 }
 
 constexpr char kDashes[] = "------------------------------------------------------------";
@@ -214,13 +222,12 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
     const int dashes = dashCount(indentation);
     const char* time = timeOfDay();
     if (isEntry == 1) {
-        std::fprintf(xnzCSCtrl->traceFile, "%.*s\n   %.*s>%s\n", kTimeOfDayLength, time, dashes,
-                     kDashes, functionName);
+        std::fprintf(xnzCSCtrl->traceFile, "%s\n   %.*s>%s\n", time, dashes, kDashes, functionName);
     } else {
         char codeText[kReturnCodeTextSize];
         xnz_xtrFormatRC(codeText, returnCode);
-        std::fprintf(xnzCSCtrl->traceFile, "%.*s\n   <%.*s%s (rc= %s)\n", kTimeOfDayLength, time,
-                     dashes, kDashes, functionName, codeText);
+        std::fprintf(xnzCSCtrl->traceFile, "%s\n   <%.*s%s (rc= %s)\n", time, dashes, kDashes,
+                     functionName, codeText);
     }
     std::fflush(xnzCSCtrl->traceFile);
 }
