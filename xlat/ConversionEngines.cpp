@@ -1,10 +1,11 @@
-// How each engine walks. All of them convert in runs: a loop over bytes or pairs of one kind, and
-// between two runs the step that changes the kind.
+// How each engine walks. All convert in runs: a loop over bytes or pairs of one kind, and between
+// two runs the step that changes the kind.
 //   TranSBCS  one run of single bytes, as long as the shorter of the two texts
-//   HostPCMM  single bytes up to a shift-out; then pairs up to a shift-in, whose two shift bytes are
-//             kept or dropped by the mode; and again. An empty section is two single bytes.
-//   PCHostMM  single bytes up to a lead byte; then pairs as long as lead bytes follow, between shift
-//             bytes if the mode adds them; after a section one byte unseen; and again
+//   HostPCMM  single bytes up to a shift-out, then pairs up to a shift-in, and so on; the mode says
+//             whether the shift bytes stay. An empty section is two single bytes.
+//   PCHostMM  single bytes up to a lead byte, then pairs as long as lead bytes follow, and so on;
+//             the mode says whether shift bytes are put around them. The byte after a section is
+//             a single byte, whatever it is.
 #include "xlat/ConversionEngines.h"
 
 #include <algorithm>
