@@ -44,7 +44,10 @@ void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data);
 
 namespace dnz {
 
+// An entry whose caller stores the name: the row of the function stack for it, or null.
+char* enterFunction(const char* functionName);
+
 // Traces one operation of the services. The outer layer has its twin for the code above it.
-using ServiceTraceScope = BasicTraceScope<xnztr_entry, xnztr_exit>;
+using ServiceTraceScope = BasicTraceScope<enterFunction, xnztr_entry, xnztr_exit>;
 
 }  // namespace dnz

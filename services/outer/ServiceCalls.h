@@ -40,7 +40,10 @@ namespace dnz {
 // Whether trace records are written at present; for callers that would build a text in vain.
 [[nodiscard]] bool startedAndTracing();
 
+// An entry whose caller stores the name: the row of the function stack for it, or null.
+char* startedAndEntered(const char* functionName);
+
 // Traces one operation of the configuration code.
-using TraceScope = BasicTraceScope<dnzxtr_entry, dnzxtr_exit>;
+using TraceScope = BasicTraceScope<startedAndEntered, dnzxtr_entry, dnzxtr_exit>;
 
 }  // namespace dnz
