@@ -38,14 +38,14 @@ char* endOfWord(char* text) {
 }
 
 // Ends the first word of the text in place and returns what follows its blanks.
-char* splitBehindWord(char* text) {
+char* splitAfterWord(char* text) {
     char* end = endOfWord(text);
     char* rest = skipBlanks(end);
     *end = '\0';
     return rest;
 }
 
-// What an entry stores of the text behind its name: null for no text, else one that always contains
+// What an entry stores of the text after its name: null for no text, else one that always contains
 // the mark of a description. The text grows by at most the two characters of that mark.
 const char* storedText(char* rest) {
     if (*rest == '\0') {
@@ -74,7 +74,7 @@ std::string composedText(const char* value, const char* desc) {
     return text.append(kNoDescription);
 }
 
-// Ends the value of a part behind its first word.
+// Ends the value of a part after its first word.
 void cutValue(char* stored) {
     *endOfWord(skipBlanks(stored)) = '\0';
 }
@@ -227,7 +227,7 @@ void IniFileSet::readEntries(FileReader& file) {
     while (file.readLine(line, kReadSize)) {
         line[std::strcspn(line, "\r\n")] = '\0';
         char* name = skipBlanks(line);
-        char* rest = splitBehindWord(name);
+        char* rest = splitAfterWord(name);
         if (*name != '\0') {
             parts.push_back(newPart(name, storedText(rest)));
         }
