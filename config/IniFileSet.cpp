@@ -25,7 +25,7 @@ constexpr char kNoDescription[] = "# ";  // what a value without a description i
 
 struct IniLine {
     std::string_view name;  // empty when the line has no word
-    std::string_view rest;  // the second word and all behind it
+    std::string_view rest;  // the second word and all after it
 };
 
 std::string_view withoutLeadingBlanks(std::string_view text) {
@@ -42,8 +42,8 @@ IniLine splitLine(const char* text) {
     return {name, withoutLeadingBlanks(line.substr(name.size()))};
 }
 
-// The text that an entry read from a file stores: none for no second word, else one that always
-// holds the mark of a description.
+// The text that an entry read from a file stores: none without a second word, else one that always
+// contains the mark of a description.
 std::string storedText(std::string_view rest) {
     if (rest.empty() || rest.find(kDescriptionMark) != std::string_view::npos) {
         return std::string(rest);
@@ -68,7 +68,7 @@ std::string composedText(const char* value, const char* desc) {
     return text.append(kNoDescription);
 }
 
-// Ends the value of a part behind its first word.
+// Ends the value of a part after its first word.
 void cutValue(char* stored) {
     const std::string_view text(stored);
     const std::size_t word = text.size() - withoutLeadingBlanks(text).size();

@@ -17,11 +17,11 @@ constexpr std::int32_t kFoldMessage = 8;  // added to either: folds lines at 80 
 }  // namespace dnz
 
 // Fetches message `number`, fills in `inserts` and copies the sections of the text to the buffers,
-// cut to their sizes. A size counts the terminator; size 0 omits a section. `control` is one of the
-// layouts above. `ccsid` has no effect. Results besides 0:
+// cut to their sizes. A size counts the terminator; size 0 omits a section. `control` is a layout,
+// with or without kFoldMessage. `ccsid` has no effect. Results besides 0:
 //   xecE_W_DEFAULT_TEXT_SUBSTITUTED  another text replaces that of an unknown number
 //   xecE_W_TEXT_TRUNCATED            a section was cut
-//   xecE_E_MSG_FILE_NOT_LOADED       there is no catalogue; the buffers hold a built-in text
+//   xecE_E_MSG_FILE_NOT_LOADED       there is no catalogue; the buffers get a built-in text
 //   xecE_E_INVALID_BUFFLEN, xecE_E_INVALID_CONTROL, or the result of xnzConvertInserts: the
 //                                    buffers are untouched
 std::int32_t xnzGetMessage(std::int32_t number, std::int32_t control, xcsINSERTS inserts,

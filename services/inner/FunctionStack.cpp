@@ -12,7 +12,7 @@ namespace {
 
 constexpr std::int32_t kColumnsPerLevel = 2;
 
-// The names stay uncleared: `depth` says how many are current.
+// Doesn't clear the names: `depth` says how many are in use.
 FunctionStackBlock* newFunctionStack() {
     auto* stack = new (std::nothrow) FunctionStackBlock;
     if (stack != nullptr) {
