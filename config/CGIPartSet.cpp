@@ -120,6 +120,8 @@ unsigned long CGIPartSet::scanForNumberOfParts(const char* buffer, unsigned long
     } else {
         dnzxtr_text("No part data");
     }
-    dnzxtr_text(FixedText<kTraceTextSize>().appendf("numberOfParts=%lu", count).c_str());
+    if (startedAndTracing()) {
+        dnzxtr_text(FixedText<kTraceTextSize>().appendf("numberOfParts=%lu", count).c_str());
+    }
     return count;
 }

@@ -96,16 +96,15 @@ bool isInDirectory(std::string_view directory, std::string_view fileName, char* 
 }
 
 bool isInList(char* list, std::string_view fileName, char* result, std::size_t size) {
-    char* element = list + std::strspn(list, ":");
-    while (*element != '\0') {
-        char* next = SearchEnv(element);
-        if (*next == kSeparator) {
-            *next++ = '\0';
+    while (*list != '\0') {
+        char* element = list + std::strspn(list, ":");
+        list = SearchEnv(element);
+        if (*list == kSeparator) {
+            *list++ = '\0';
         }
         if (isInDirectory(element, fileName, result, size)) {
             return true;
         }
-        element = next + std::strspn(next, ":");
     }
     return false;
 }

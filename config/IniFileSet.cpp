@@ -17,38 +17,44 @@ using namespace dnz;
 
 namespace {
 
-constexpr int kReadSize = 256;             // 255 bytes of a line and a terminator
+constexpr int kReadSize = 256;  // 255 bytes of a line and a terminator
+constexpr std::size_t kUsualEntries = 128;
 constexpr std::size_t kWrittenLine = 259;  // a line of 255 bytes may grow by ` # ` when saved
 
 constexpr char kBlank = ' ';
-constexpr char kNoDescription[] = "# ";  // what a value without a description is saved with
+constexpr char kNoDescription[] = "# ";     // what a value without a description is saved with
+constexpr char kEmptyDescription[] = " #";  // what a value without a description is read as
 
-struct IniLine {
-    std::string_view name;  // empty when the line has no word
-    std::string_view rest;  // the second word and all after it
-};
-
-std::string_view withoutLeadingBlanks(std::string_view text) {
-    return text.substr(std::min(text.find_first_not_of(kBlank), text.size()));
-}
-
-std::string_view firstWord(std::string_view text) {
-    return text.substr(0, text.find(kBlank));
-}
-
-IniLine splitLine(const char* text) {
-    const std::string_view line = withoutLeadingBlanks({text, std::strcspn(text, "\r\n")});
-    const std::string_view name = firstWord(line);
-    return {name, withoutLeadingBlanks(line.substr(name.size()))};
-}
-
-// The text that an entry read from a file stores: none without a second word, else one that always
-// contains the mark of a description.
-std::string storedText(std::string_view rest) {
-    if (rest.empty() || rest.find(kDescriptionMark) != std::string_view::npos) {
-        return std::string(rest);
+char* skipBlanks(char* text) {
+    while (*text == kBlank) {
+        ++text;
     }
-    return std::string(firstWord(rest)).append(1, kBlank).append(1, kDescriptionMark);
+    return text;
+}
+
+char* endOfWord(char* text) {
+    char* end = std::strchr(text, kBlank);
+    return end != nullptr ? end : text + std::strlen(text);
+}
+
+// Ends the first word of the text in place and returns the text after its spaces.
+char* splitAfterWord(char* text) {
+    char* end = endOfWord(text);
+    char* rest = skipBlanks(end);
+    *end = '\0';
+    return rest;
+}
+
+// The part of the text after a name that an entry stores: null for no text, else one that always
+// contains the mark of a description. The text grows by at most the two characters of that mark.
+const char* storedText(char* rest) {
+    if (*rest == '\0') {
+        return nullptr;
+    }
+    if (std::strchr(rest, kDescriptionMark) == nullptr) {
+        std::memcpy(endOfWord(rest), kEmptyDescription, sizeof kEmptyDescription);
+    }
+    return rest;
 }
 
 // The text that an entry of the form stores; empty when there is neither value nor description.
@@ -70,24 +76,14 @@ std::string composedText(const char* value, const char* desc) {
 
 // Ends the value of a part after its first word.
 void cutValue(char* stored) {
-    const std::string_view text(stored);
-    const std::size_t word = text.size() - withoutLeadingBlanks(text).size();
-    const std::size_t end = text.find(kBlank, word);
-    if (end != std::string_view::npos) {
-        stored[end] = '\0';
-    }
+    *endOfWord(skipBlanks(stored)) = '\0';
 }
 
-NameValuePair* newPartFromLine(const IniLine& line) {
-    const std::string name(line.name);
-    const std::string text = storedText(line.rest);
-    auto* part = new IniFilePart(name.c_str(), text.empty() ? nullptr : text.c_str());
-    dnzxtr_text(name.c_str());
-    if (text.empty()) {
-        return part;
-    }
-    dnzxtr_text(text.c_str());
-    if (text.front() != kDescriptionMark) {
+NameValuePair* newPart(const char* name, const char* text) {
+    auto* part = new IniFilePart(name, text);
+    dnzxtr_text(name);
+    dnzxtr_text(text);
+    if (text != nullptr && *text != kDescriptionMark) {
         cutValue(part->get_oValue());
     }
     return part;
@@ -226,11 +222,14 @@ int IniFileSet::saveIniFile(const char* path) {
 
 void IniFileSet::readEntries(FileReader& file) {
     std::vector<NameValuePair*> parts;
-    char buffer[kReadSize];
-    while (file.readLine(buffer, sizeof buffer)) {
-        const IniLine line = splitLine(buffer);
-        if (!line.name.empty()) {
-            parts.push_back(newPartFromLine(line));
+    parts.reserve(kUsualEntries);
+    char line[kReadSize + sizeof kEmptyDescription];
+    while (file.readLine(line, kReadSize)) {
+        line[std::strcspn(line, "\r\n")] = '\0';
+        char* name = skipBlanks(line);
+        char* rest = splitAfterWord(name);
+        if (*name != '\0') {
+            parts.push_back(newPart(name, storedText(rest)));
         }
     }
     readFailed_ = file.failed();

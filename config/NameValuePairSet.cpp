@@ -145,7 +145,8 @@ void NameValuePairSet::append(NameValuePair* pair) {
 }
 
 void NameValuePairSet::sortIndex() {
-    if (oIndexOfPairs != nullptr) {  // qsort takes no null, even for no slots
+    // Files are saved sorted. And qsort takes no null, even for no slots.
+    if (!std::is_sorted(oIndexOfPairs.get(), oIndexOfPairs.get() + NumberInSet, standsBefore)) {
         std::qsort(oIndexOfPairs.get(), NumberInSet, kSlotSize, compare);
     }
 }

@@ -113,7 +113,9 @@ void CGIInterface::readContentLength() {
 
 void CGIInterface::readBody() {
     const unsigned long length = inputBufferLength;
-    dnzxtr_text(FixedText<80>().appendf("CONTENT_LENGTH = %lu", length).c_str());
+    if (startedAndTracing()) {
+        dnzxtr_text(FixedText<80>().appendf("CONTENT_LENGTH = %lu", length).c_str());
+    }
     inputBuffer = std::make_unique_for_overwrite<char[]>(length + 1);
     const std::size_t received = std::fread(inputBuffer.get(), 1, length, stdin);
     if (received == length) {

@@ -1,6 +1,7 @@
 #include "frontend/ConfigDisplay.h"
 
 #include <cstdint>
+#include <string_view>
 
 #include "config/NameValuePair.h"
 #include "frontend/FormFields.h"
@@ -20,7 +21,9 @@ constexpr char kHidden[] = "HIDDEN";
 // The page of one operation: an operation looks up its web interface once.
 class PageWriter {
 public:
-    void write(const char* text) { web_.write_text(text, 0); }
+    void write(std::string_view text) {
+        web_.write_text(text.data(), static_cast<long>(text.size()));
+    }
     void writeMessage(std::int32_t number) { write(MessageText(number).text()); }
 
 private:

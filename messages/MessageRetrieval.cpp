@@ -180,9 +180,11 @@ private:
 
     const char* findTemplate() {
         const int id = catalogueIdOf(numberInUse_);
-        FixedText<32> record;
-        record.appendf("Extract message x'%4.4Xx'", static_cast<unsigned>(id));
-        xnztr_text(record.c_str());
+        if (isTracing()) {
+            FixedText<32> record;
+            record.appendf("Extract message x'%4.4Xx'", static_cast<unsigned>(id));
+            xnztr_text(record.c_str());
+        }
         const char* text = catalogue_.text(id);
         if (*text == '\0') {
             substitute();

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <string_view>
 
 namespace dnz {
@@ -83,8 +84,9 @@ bool FileReader::readLine(char* line, std::size_t size) {
     bool isWhole = false;
     while (!isWhole && count + 1 < size && fill()) {
         const char* limit = next_ + std::min(buffered(), size - 1 - count);
-        const char* lineFeed = std::find(next_, limit, '\n');
-        isWhole = lineFeed != limit;
+        const auto* lineFeed = static_cast<const char*>(
+            std::memchr(next_, '\n', static_cast<std::size_t>(limit - next_)));
+        isWhole = lineFeed != nullptr;
         const char* stop = isWhole ? lineFeed + 1 : limit;
         std::copy(next_, stop, line + count);
         count += static_cast<std::size_t>(stop - next_);

@@ -1,17 +1,32 @@
 // The template of all trace scopes. An object traces one operation: entry and exit.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace dnz {
 
+// The size of a row of the function stack, which contains the labels of the running operations.
+constexpr std::size_t kFunctionNameSize = 40;
+
 // Writes the entry record when it is made and the exit record when it is destroyed, on every way
 // out. Declare it first in a function, so that the records of other locals come between the two.
-// The labels are literals; they are borrowed.
-template <void (*EntryRecord)(const char*), void (*ExitRecord)(const char*, std::int32_t)>
+// The labels are borrowed. `Enter` returns the row in which to store the label, or null.
+template <char* (*Enter)(const char*), void (*EntryRecord)(const char*),
+          void (*ExitRecord)(const char*, std::int32_t)>
 class BasicTraceScope {
 public:
-    explicit BasicTraceScope(const char* label) : BasicTraceScope(label, label) {}
+    // For a literal. Its size is known here, so that storing it takes a few moves: a request enters
+    // thousands of operations.
+    template <std::size_t Size>
+    explicit BasicTraceScope(const char (&label)[Size]) : exitLabel_(label) {
+        static_assert(Size <= kFunctionNameSize, "the label doesn't fit the function stack");
+        if (char* row = Enter(label); row != nullptr) {
+            std::memcpy(row, label, Size);
+        }
+    }
+    // For two labels of any length; the stack cuts a label that doesn't fit.
     BasicTraceScope(const char* entryLabel, const char* exitLabel) : exitLabel_(exitLabel) {
         EntryRecord(entryLabel);
     }

@@ -5,10 +5,11 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "services/base/TraceScope.h"
+
 namespace dnz {
 
 constexpr std::size_t kFunctionStackSlots = 40;
-constexpr std::size_t kFunctionNameSize = 40;
 // Only the first half of the slots is used; deeper calls are counted, not named.
 constexpr std::int32_t kFunctionStackLimit = 20;
 
@@ -24,9 +25,7 @@ extern FunctionStackBlock* pCtl;
 
 namespace dnz {
 
-// Record an entry or an exit. They return the indentation of its trace record: two columns for each
-// level, 0 without a stack.
-std::int32_t pushFunction(const char* name);
-std::int32_t popFunction();
+// Makes the stack. If memory runs out, it stays null.
+void makeFunctionStack();
 
 }  // namespace dnz

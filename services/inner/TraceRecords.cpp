@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <cinttypes>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 
@@ -32,15 +33,24 @@ private:
     int saved_;
 };
 
-constexpr int kTimeOfDayLength = 8;
+constexpr std::int32_t kColumnsPerLevel = 2;
 
-// The "hh:mm:ss" inside the text of ctime.
+// The "hh:mm:ss" inside the text of ctime, asked for once a second, or when the zone changes: where
+// the environment names no zone, ctime looks at the system's each time.
 const char* timeOfDay() {
     constexpr std::size_t kOffset = 11;
+    static char text[] = "--:--:--";
+    static std::time_t second = -1;
+    static const char* zone = nullptr;
     timeval now{};
     gettimeofday(&now, nullptr);
-    const char* text = std::ctime(&now.tv_sec);
-    return text != nullptr ? text + kOffset : "--:--:--";
+    if (now.tv_sec != second || std::getenv("TZ") != zone) {
+        const char* whole = std::ctime(&now.tv_sec);
+        std::memcpy(text, whole != nullptr ? whole + kOffset : "--:--:--", sizeof text - 1);
+        second = now.tv_sec;
+        zone = std::getenv("TZ");
+    }
+    return text;
 }
 
 constexpr char kDashes[] = "------------------------------------------------------------";
@@ -97,6 +107,19 @@ private:
     int identicalLines_ = 0;
 };
 
+// Apart from enterFunction, whose other calls are too many to carry this along.
+[[gnu::cold, gnu::noinline]] char* traceEntry(const char* functionName, std::int32_t depth,
+                                              char* row) {
+    xnz_trchkgt(functionName, kServiceOk, kColumnsPerLevel * depth, 1);
+    return row;
+}
+
+// The first entry, and every one for which there is no storage.
+[[gnu::cold, gnu::noinline]] char* enterWithoutStack(const char* functionName) {
+    makeFunctionStack();
+    return pCtl != nullptr ? enterFunction(functionName) : traceEntry(functionName, 0, nullptr);
+}
+
 void writeTextRecord(const char* text) {
     std::fprintf(xnzCSCtrl->traceFile, "   ! %s\n", text);
     std::fflush(xnzCSCtrl->traceFile);
@@ -117,13 +140,21 @@ bool dnz::isTracing() {
     return xnzCSCtrl != nullptr && xnzCSCtrl->traceIsOn == 1 && xnzCSCtrl->traceFile != nullptr;
 }
 
-void xnztr_entry(const char* functionName) {
+char* dnz::enterFunction(const char* functionName) {
     if (xnzCSCtrl == nullptr) {
-        return;
+        return nullptr;
     }
-    const std::int32_t indentation = pushFunction(functionName);
-    if (isTracing()) {
-        xnz_trchkgt(functionName, kServiceOk, indentation, 1);
+    if (pCtl == nullptr) {
+        return enterWithoutStack(functionName);
+    }
+    const std::int32_t depth = pCtl->depth++;
+    char* row = depth < kFunctionStackLimit ? pCtl->names[depth] : nullptr;
+    return isTracing() ? traceEntry(functionName, depth, row) : row;
+}
+
+void xnztr_entry(const char* functionName) {
+    if (char* row = enterFunction(functionName); row != nullptr) {
+        BoundedText(row, kFunctionNameSize).append(functionName);
     }
 }
 
@@ -131,9 +162,12 @@ void xnztr_exit(const char* functionName, std::int32_t returnCode) {
     if (xnzCSCtrl == nullptr) {
         return;
     }
-    const std::int32_t indentation = popFunction();
+    if (pCtl != nullptr && pCtl->depth > 0) {
+        --pCtl->depth;
+    }
     if (isTracing()) {
-        xnz_trchkgt(functionName, returnCode, indentation, 0);
+        const std::int32_t depth = pCtl != nullptr ? pCtl->depth : 0;
+        xnz_trchkgt(functionName, returnCode, kColumnsPerLevel * depth, 0);
     }
 }
 
@@ -179,8 +213,8 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
     }
 }
 
-void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t indentation,
-                 std::int32_t isEntry) {
+[[gnu::cold]] void xnz_trchkgt(const char* functionName, std::int32_t returnCode,
+                               std::int32_t indentation, std::int32_t isEntry) {
     if (!isTracing()) {
         return;
     }
@@ -188,18 +222,17 @@ void xnz_trchkgt(const char* functionName, std::int32_t returnCode, std::int32_t
     const int dashes = dashCount(indentation);
     const char* time = timeOfDay();
     if (isEntry == 1) {
-        std::fprintf(xnzCSCtrl->traceFile, "%.*s\n   %.*s>%s\n", kTimeOfDayLength, time, dashes,
-                     kDashes, functionName);
+        std::fprintf(xnzCSCtrl->traceFile, "%s\n   %.*s>%s\n", time, dashes, kDashes, functionName);
     } else {
         char codeText[kReturnCodeTextSize];
         xnz_xtrFormatRC(codeText, returnCode);
-        std::fprintf(xnzCSCtrl->traceFile, "%.*s\n   <%.*s%s (rc= %s)\n", kTimeOfDayLength, time,
-                     dashes, kDashes, functionName, codeText);
+        std::fprintf(xnzCSCtrl->traceFile, "%s\n   <%.*s%s (rc= %s)\n", time, dashes, kDashes,
+                     functionName, codeText);
     }
     std::fflush(xnzCSCtrl->traceFile);
 }
 
-void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data) {
+[[gnu::cold]] void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data) {
     if (!isTracing() || data == nullptr) {
         return;
     }

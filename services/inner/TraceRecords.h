@@ -44,7 +44,11 @@ void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data);
 
 namespace dnz {
 
+// Writes an entry record. Returns the row of the function stack in which the caller stores the
+// name, or null.
+char* enterFunction(const char* functionName);
+
 // Traces one operation of the services. Code above the services uses TraceScope of ServiceCalls.h.
-using ServiceTraceScope = BasicTraceScope<xnztr_entry, xnztr_exit>;
+using ServiceTraceScope = BasicTraceScope<enterFunction, xnztr_entry, xnztr_exit>;
 
 }  // namespace dnz

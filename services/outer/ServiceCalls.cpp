@@ -18,9 +18,13 @@ namespace {
 
 constexpr const char* dnz_WYRD_functionName[] = {"first_function!!!"};
 
+[[gnu::cold, gnu::noinline]] void startServices() {
+    dnz_InitCommonServices("DNZ");
+}
+
 void startServicesOnce() {
     if (dnzcsaInit == 0) {
-        dnz_InitCommonServices("DNZ");
+        startServices();
     }
 }
 
@@ -34,6 +38,11 @@ void dnz_InitCommonServices(const char* name) {
 bool dnz::startedAndTracing() {
     startServicesOnce();
     return isTracing();
+}
+
+char* dnz::startedAndEntered(const char* functionName) {
+    startServicesOnce();
+    return enterFunction(functionName);
 }
 
 void dnzxtr_entry(const char* functionName) {

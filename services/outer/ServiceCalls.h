@@ -40,7 +40,11 @@ namespace dnz {
 // Whether trace records are written at present; lets callers skip building a text.
 [[nodiscard]] bool startedAndTracing();
 
+// Starts the services if need be and writes an entry record. Returns the row of the function stack
+// in which the caller stores the name, or null.
+char* startedAndEntered(const char* functionName);
+
 // Traces one operation of config/ or frontend/.
-using TraceScope = BasicTraceScope<dnzxtr_entry, dnzxtr_exit>;
+using TraceScope = BasicTraceScope<startedAndEntered, dnzxtr_entry, dnzxtr_exit>;
 
 }  // namespace dnz

@@ -1,6 +1,5 @@
 #!/usr/bin/perl
-# The form of an ini file, made by a script as a person would write it: what the program is measured
-# beside.
+# The form of an ini file, made by a script as a person would write it.
 use strict;
 use warnings;
 
@@ -19,8 +18,7 @@ END
 chomp $new_entry;
 
 sub template {
-    my ($name) = @_;
-    open my $file, '<', $name or die "$name: $!";
+    open my $file, '<', $_[0] or die "$_[0]: $!";
     local $/;
     return <$file> . "\n";
 }
