@@ -1,3 +1,3 @@
-# Gives the folders of the packages their modes, whatever the umask of who makes them.
+# Sets the modes of the folders in the packages, whatever the umask of the build.
 file(CHMOD_RECURSE ${CPACK_TEMPORARY_DIRECTORY} DIRECTORY_PERMISSIONS
   OWNER_READ OWNER_WRITE OWNER_EXECUTE GROUP_READ GROUP_EXECUTE WORLD_READ WORLD_EXECUTE)

@@ -1,12 +1,12 @@
-# The Debian packages, made by cpack: dnzcnf with the tool and all it needs, libdnzservices-dev
-# with the services as a library. Both go to places of their own below /opt and /var.
+# The Debian packages, made by cpack: dnzcnf with the tool and everything it needs, libdnzservices-dev
+# with the services as a library.
 set(packaging ${PROJECT_SOURCE_DIR}/install/debian)
 set(packaging_build ${PROJECT_BINARY_DIR}/packaging)
 file(MAKE_DIRECTORY ${packaging_build})
 
 find_program(GZIP gzip REQUIRED)
 
-# Without -n the date of the file would be in the result.
+# Without -n the result would contain the date of the file.
 function(compress_document source document)
   add_custom_command(
     OUTPUT ${document}
@@ -25,7 +25,7 @@ add_custom_target(documents ALL DEPENDS ${manual_page} ${package_changelog} ${re
 
 install(FILES ${manual_page} DESTINATION /usr/share/man/man8)
 
-# What only a package needs: an installation without one leaves it out.
+# Only packages contain these: an installation without a package omits them.
 function(install_package_documents component package)
   set(documents_folder /usr/share/doc/${package})
   install(FILES ${packaging}/copyright ${package_changelog} ${release_notes}
@@ -44,8 +44,7 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/services
   DESTINATION /usr/share/doc/libdnzservices-dev/examples
   COMPONENT development EXCLUDE_FROM_ALL)
 
-# What an administrator edits: the ini file, and the entry pages.
-# An upgrade keeps the edited ones.
+# The files that administrators edit: the ini file and the entry pages. An upgrade keeps edited ones.
 file(GLOB entry_pages CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/install/html
   ${PROJECT_SOURCE_DIR}/install/html/*/dnzcnf1.htm)
 list(TRANSFORM entry_pages PREPEND /opt/nzm/html/dnzgate/)
@@ -58,7 +57,7 @@ set(CPACK_PACKAGE_CONTACT "dnzcnf engineering <engineering@dnzcnf.invalid>")
 set(CPACK_PROJECT_CONFIG_FILE ${PROJECT_SOURCE_DIR}/cmake/SourceDate.cmake)
 set(CPACK_VERBATIM_VARIABLES ON)
 set(CPACK_STRIP_FILES ON)
-set(CPACK_SET_DESTDIR ON) # the places are absolute, and only for form there is a prefix
+set(CPACK_SET_DESTDIR ON) # the places are absolute; cpack demands a prefix all the same
 set(CPACK_INSTALL_PREFIX /opt/nzm)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/PackageFolders.cmake)
 set(CPACK_COMPONENTS_ALL tool development)

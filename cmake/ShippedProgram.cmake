@@ -1,18 +1,18 @@
-# How the program is built as it is shipped: hardened, and linked statically, because loading the
-# shared libraries takes longer than all that a request does.
+# Builds the program as it is shipped: hardened, and linked statically, because loading the shared
+# libraries takes longer than the whole request.
 
 if(DNZCNF_SANITIZE AND DNZCNF_STATIC)
   message(FATAL_ERROR "The sanitizers need shared libraries: DNZCNF_SANITIZE excludes DNZCNF_STATIC.")
 endif()
 
-# The library of the services is made of the same objects.
+# For all targets: the library of the services consists of the same objects.
 if(DNZCNF_STATIC)
   add_compile_options(-fPIE -fstack-protector-strong -D_FORTIFY_SOURCE=3
                       -ffunction-sections -fdata-sections)
 endif()
 
-# A static program holds only those locale categories that something in it names, and setlocale
-# answers wrongly about the others: these names bring all of them in.
+# A static program contains only those locale categories that its objects refer to, and setlocale gives
+# wrong answers for the others. These names link all of them.
 set(locale_categories CTYPE NUMERIC TIME COLLATE MONETARY MESSAGES PAPER NAME ADDRESS TELEPHONE
   MEASUREMENT IDENTIFICATION)
 

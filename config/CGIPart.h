@@ -3,14 +3,14 @@
 
 #include "config/NameValuePair.h"
 
-// Name and value are decoded texts; the stored lengths are those of these texts. A field that was
-// sent with an empty value has a null value.
+// Name and value are decoded texts, and the stored lengths are theirs. A field that was sent with
+// an empty value has a null value.
 class CGIPart : public NameValuePair {
 public:
     CGIPart();
     CGIPart(const CGIPart& other);
-    // Takes name and value as the form holds them, encoded and without terminators, and decodes
-    // own copies of them. A null value stays null.
+    // Copies and decodes name and value, which are encoded and without terminators, as in the form.
+    // A null value stays null.
     CGIPart(const char* name, unsigned long nameLength, const char* value,
             unsigned long valueLength);
     CGIPart& operator=(const CGIPart& other);

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::size_t kTraceTextSize = 80;
 
-// Takes the first field and the `&` behind it off the front of `form`.
+// Removes the first field and the `&` after it from `form`, and returns the field.
 std::string_view takeField(std::string_view& form) {
     const std::size_t end = std::min(form.find('&'), form.size());
     const std::string_view field = form.substr(0, end);

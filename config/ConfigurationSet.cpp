@@ -83,7 +83,7 @@ int ConfigurationSet::validValue(NameValuePair* pair) {
     return isNullOrEmpty(value) ? 0 : 1;
 }
 
-// A field without a value names no file, an empty one an empty name.
+// A field without a value names no file; one with an empty text gives an empty name.
 void ConfigurationSet::readRequestIni() {
     const CGIPart* field = cgiParts.findPart(kIniFileField);
     const char* name = field != nullptr ? field->getValue() : nullptr;

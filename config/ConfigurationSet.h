@@ -1,7 +1,7 @@
-// The gateway's view of its settings for one request: one search by name across the fields of the
-// form, the ini file that the form names, and the default ini file, strongest first.
-// Results: 1 yes, 0 no; null for no such setting.
-// Ownership: the three sets are embedded; the request body is borrowed from the web interface.
+// The gateway's view of its settings for one request: a search by name in the fields of the form,
+// then in the ini file that the form names, then in the default ini file. Results: 1 is yes, 0 is
+// no; null means no such setting. Ownership: the object owns its three sets and borrows the request
+// body from the web interface.
 #pragma once
 
 #include "config/CGIPartSet.h"
@@ -17,7 +17,7 @@ public:
     // Reads the request body through `web`, then "dnz.ini" and the file that the form names.
     // Without a body no file is read.
     explicit ConfigurationSet(WebInterface* web);
-    // Three empty sets. A copy takes nothing from the other object either.
+    // Three empty sets. A copy takes nothing from the other object.
     ConfigurationSet();
     ConfigurationSet(const ConfigurationSet& other);
     // Changes nothing.
@@ -28,10 +28,10 @@ public:
     int operator==(const ConfigurationSet& other) const;
     int operator!=(const ConfigurationSet& other) const;
 
-    // The pair of this name in the strongest source that has a valid one, or null. Borrowed.
+    // The pair with this name from the first source that has a valid one, or null. Borrowed.
     ConfigurationPart* findPart(const char* name);
-    // 1 when `pair` has a value that isn't empty, or is the queue manager, whose strongest source
-    // counts with or without a value; 0 otherwise and for null.
+    // 1 if `pair` has a value that isn't empty. Also 1 for the queue manager without a value: its
+    // first source counts in any case. Otherwise, and for null, 0.
     int validValue(NameValuePair* pair);
 
 private:

@@ -68,7 +68,7 @@ void appendSearchDirectories() {
     setenv("PATH", path.c_str(), kOverwrite);
 }
 
-// A writable copy of a list, or null when there is no storage for it: the file is not found then.
+// A writable copy of a list. If memory runs out it is null, and the file isn't found.
 std::unique_ptr<char[]> copyList(std::string_view list) {
     std::unique_ptr<char[]> copy(new (std::nothrow) char[list.size() + 1]);
     if (copy != nullptr) {
@@ -82,7 +82,7 @@ bool canBeRead(const char* path) {
     return openRegularFile(path).isOpen();
 }
 
-// Tries the file in one directory and leaves the path tried in `result`.
+// Tries the file in one directory and writes the path tried to `result`.
 bool isInDirectory(std::string_view directory, std::string_view fileName, char* result,
                    std::size_t size) {
     BoundedText path(result, size);

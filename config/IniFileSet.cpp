@@ -37,7 +37,7 @@ char* endOfWord(char* text) {
     return end != nullptr ? end : text + std::strlen(text);
 }
 
-// Ends the first word of the text in place and returns what follows its blanks.
+// Ends the first word of the text in place and returns the text after its spaces.
 char* splitAfterWord(char* text) {
     char* end = endOfWord(text);
     char* rest = skipBlanks(end);
@@ -45,8 +45,8 @@ char* splitAfterWord(char* text) {
     return rest;
 }
 
-// What an entry stores of the text after its name: null for no text, else one that always contains
-// the mark of a description. The text grows by at most the two characters of that mark.
+// The part of the text after a name that an entry stores: null for no text, else one that always
+// contains the mark of a description. The text grows by at most the two characters of that mark.
 const char* storedText(char* rest) {
     if (*rest == '\0') {
         return nullptr;

@@ -1,13 +1,13 @@
 // Ini files: read one into a set of IniFileParts, write a set back.
 //
-// A file is plain text, one entry on a line: a name, a value and a description behind `#`, such
-// as `NZIGwQueue GATE.IN #requests`. The blank is the only separator. A line that begins with `#`
+// A file is plain text, one entry on a line: a name, a value and a description after `#`, such
+// as `NZIGwQueue GATE.IN #requests`. The space is the only separator. A line that begins with `#`
 // is an entry like any other. Entries are written sorted by name.
 //
-// Results: 1 done, 0 failed. Ownership: the parts are made here and, as in every set, never
-// deleted; they live until the process ends.
+// Results: 1 is success, 0 failure. Ownership: the set makes its parts and, like every set, never
+// deletes them; they live until the process ends.
 // Limits: 255 bytes of a line are read at once, the rest is read as a line of its own; a written
-// line holds 258 bytes and is cut behind them. Saving writes in place, with no temporary file and
+// line is cut after 258 bytes. Saving writes in place, with no temporary file and
 // no lock, and write errors go undetected.
 #pragma once
 
@@ -21,7 +21,7 @@
 class IniFileSet : public NameValuePairSet {
 public:
     IniFileSet();
-    // Shares the pairs and takes the file name; counts as not read.
+    // Shares the pairs and copies the file name; counts as not read.
     IniFileSet(const IniFileSet& other);
     IniFileSet& operator=(const IniFileSet& other);
     virtual ~IniFileSet();
@@ -32,7 +32,7 @@ public:
 
     // Takes a copy of `name`, which may be null, and reads the file.
     void setIniFileName(const char* name);
-    // Null until a name was set.
+    // Null until a name was set. Borrowed.
     const char* getIniFileName() const;
     // The directory, with a trailing slash, in which the file search found the file; null when the
     // file opened under its own name or wasn't found.
@@ -47,15 +47,15 @@ public:
     // Whether a file was found but couldn't be read to its end, so that nothing of it is here.
     [[nodiscard]] bool failedToRead() const { return readFailed_; }
 
-    // A part of this name, or null.
+    // A part with this name, or null. Borrowed.
     NameValuePair* findPart(const char* name);
 
     // Makes a part and adds it. `name` isn't null, the other two may be. A value ends at its first
-    // blank behind other text; what follows that blank is dropped on saving. A value that begins
-    // with `#` is taken as a description.
+    // space after other text; a save drops what follows that space. A value that begins
+    // with `#` becomes a description.
     void addNewIniPart(const char* name, const char* value, const char* desc);
 
-    // Writes the entries to `path`, truncating what is there. 1, or 0 when the file can't be
+    // Writes the entries to `path`, which is emptied first. 1, or 0 if the file can't be
     // opened for writing and is untouched.
     [[nodiscard]] int saveIniFile(const char* path);
 

@@ -119,7 +119,7 @@ int NameValuePair::compare(const NameValuePair& other) const {
 int NameValuePair::compare(const NameValuePair* other) const {
     const std::string_view mine = nameArray(*this);
     const std::string_view theirs = nameArray(*other);
-    // Names that differ do so within the shorter array, unless bytes stand behind a terminator.
+    // Different names differ within the shorter array, unless bytes follow a terminator.
     const int order = std::memcmp(mine.data(), theirs.data(), std::min(mine.size(), theirs.size()));
     if (order != 0 || mine.size() == theirs.size()) {
         return order;

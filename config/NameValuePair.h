@@ -1,9 +1,8 @@
-// The common record of the configuration tool: one name with one value, both private byte
-// strings. A form field and a line of an ini file are both pairs. The one ordering of the tool,
-// that of the rows of a form and of the lines of a saved file, is compare() of this class.
-// Results: comparisons for equality answer 1 or 0; orderings count by their sign.
-// Ownership: a pair owns its two arrays; what a getter hands out is borrowed.
-// Limits: a length is kept in 32 bits; what is longer is cut.
+// The common record of the configuration tool: a name with a value, both byte strings. A form field
+// and a line of an ini file are both pairs. compare() of this class orders the rows of a form and
+// the lines of a saved file. Results: equality is 1 or 0; an ordering is negative, 0 or positive.
+// Ownership: a pair owns its two arrays; getters return borrowed pointers.
+// Limits: a length has 32 bits; a longer text is cut.
 #pragma once
 
 #include <cstdint>
@@ -15,12 +14,12 @@ public:
     NameValuePair() = default;
     // Copies both texts whole. A null text stays null, with length 0.
     NameValuePair(const char* name, const char* value);
-    // Copies the given number of bytes of each text and adds a terminator. The lengths don't count
-    // a terminator and the sources need none. A null text stays null, but its length is stored
-    // all the same, so a null text given with length 0 has the stored length 1.
+    // Copies the given number of bytes of each text and adds a terminator. The texts need no
+    // terminator, and the lengths don't count one. A null text stays null, but its length is
+    // stored: a null text with length 0 has the stored length 1.
     NameValuePair(const char* name, unsigned long nameLength, const char* value,
                   unsigned long valueLength);
-    // Copies the whole arrays, bytes behind a first zero byte included.
+    // Copies the whole arrays, including bytes after a first zero byte.
     NameValuePair(const NameValuePair& other);
     NameValuePair& operator=(const NameValuePair& other);
     virtual ~NameValuePair() = default;
@@ -29,16 +28,16 @@ public:
     int operator==(const NameValuePair& other) const;
     int operator!=(const NameValuePair& other) const;
 
-    // Orderings by name alone, on unsigned bytes: negative, 0 or positive as this name stands
-    // before, with or behind the other. A null name stands before every other one. Sets order by
-    // the pointer form, which takes the whole arrays and no null pointer; the other two take the
-    // names as strings.
+    // Orderings by name alone, on unsigned bytes: negative, 0 or positive if this name comes
+    // before, equals or comes after the other. A null name comes before every other one. Sets order
+    // by the pointer form, which compares the whole arrays and takes no null pointer. The other two
+    // compare the names as terminated texts.
     virtual int compare(const NameValuePair& other) const;
     virtual int compare(const NameValuePair* other) const;
     virtual int compare(const char* name) const;
 
-    // How the rest of the tool reads a pair; null for what isn't there. A plain pair has no
-    // description.
+    // How the rest of the tool reads a pair; null for a missing part. A plain pair has no
+    // description. Borrowed.
     virtual const char* getName() const;
     virtual const char* getValue() const;
     virtual const char* getDesc() const;
@@ -53,19 +52,20 @@ public:
     unsigned long get_oNameLength() const { return oNameLength; }
     unsigned long get_oValueLength() const { return oValueLength; }
 
-    // Plain stores. An array must be one of `new char[]` and belongs to the pair from then on; the
-    // former one isn't released, it belongs to the caller. A length must be that of the array.
+    // Plain stores. The pair takes ownership of an array, which was made by `new char[]`. It
+    // doesn't release the former array, which then belongs to the caller. A length must be that of
+    // the array.
     void set_oName(char* name);
     void set_oValue(char* value);
     void set_oNameLength(unsigned long length);
     void set_oValueLength(unsigned long length);
 
-    // Writes the pair to standard output, every byte of both arrays, for the developer's eye.
+    // Writes the pair, every byte of both arrays, to standard output, for debugging.
     void dump();
 
 private:
     std::unique_ptr<char[]> oName;  // null in a pair without a name
-    // Null when there is no value. An ini entry keeps its description behind the first zero byte.
+    // Null if there is no value. An ini entry keeps its description after the first zero byte.
     std::unique_ptr<char[]> oValue;
     std::uint32_t oNameLength = 0;   // size of the array, the terminator included
     std::uint32_t oValueLength = 0;  // likewise

@@ -1,6 +1,6 @@
 // The one collection of the configuration tool: pairs sorted by name, found by binary search and
-// walked in name order, never in the order of their arrival.
-// Results: 1 done, 0 failed; null for no such pair. No argument is null.
+// visited in name order, never in the order of their arrival.
+// Results: 1 is success, 0 failure; null means no such pair. No argument is null.
 // Ownership: a set owns its index, not its pairs. Pairs are made with `new` and live until the
 // process ends; a copy of a set shares them.
 // Limits: the index begins with 256 slots and doubles. There is one cursor for each set, so a
@@ -24,20 +24,20 @@ public:
     int operator==(const NameValuePairSet& other) const;
     int operator!=(const NameValuePairSet& other) const;
 
-    // Adds `pair`. Pairs of equal name stand next to each other, in no particular order; a caller
-    // that wants a name only once asks `find` first. Always 1.
+    // Adds `pair`. Pairs of equal name are neighbours, in no particular order; a caller that wants
+    // a name only once calls `find` first. Always 1.
     unsigned long push(NameValuePair* pair);
-    // Takes out this very pair, found by its address: 1, or 0 when it isn't in the set.
+    // Removes this pair, found by its address: 1, or 0 if it isn't in the set.
     unsigned long pull(NameValuePair* pair);
 
-    // A pair of exactly this name, or null.
+    // A pair with exactly this name, or null. Borrowed.
     NameValuePair* find(const char* name);
 
     // A walk in name order: the first pair, then each following one, null at the end.
     NameValuePair* getFirst();
     NameValuePair* getNext();
 
-    // Writes the set and its pairs to standard output, for the developer's eye.
+    // Writes the set and its pairs to standard output, for debugging.
     void dump();
 
 protected:
@@ -50,11 +50,11 @@ private:
     void makeRoom();
 
     // Slots for MaxNumberInSet pairs; the first NumberInSet are in use. Null in a set that never
-    // held a pair: most sets of a request stay empty.
+    // contained a pair: most sets of a request stay empty.
     std::unique_ptr<NameValuePair*[]> oIndexOfPairs;
     std::uint32_t NumberInSet;
     std::uint32_t MaxNumberInSet;
-    std::uint32_t HalfLife;       // carried along; nothing acts on it
+    std::uint32_t HalfLife;       // kept, but without effect
     std::uint32_t oCurrentIndex;  // slot of the pair that the walk has reached
 };
 

@@ -1,5 +1,5 @@
-// Results of the configuration code, whatever their integer type: 1 is success, 0 is failure.
-// (In the services it is the other way round: 0 is success.)
+// The results of config/ and frontend/, whatever their integer type: 1 is success, 0 is failure.
+// (In the services 0 is success.)
 #pragma once
 
 namespace dnz {

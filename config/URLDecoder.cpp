@@ -29,7 +29,7 @@ int hexDigitValue(char digit) {
     return place != std::string_view::npos ? static_cast<int>(kDecimal.size() + place) : kNoDigit;
 }
 
-// A terminator is no digit, so nothing behind it is looked at.
+// A terminator is no digit, so nothing after it is read.
 bool isEscape(const char* text) {
     return text[0] == '%' && hexDigitValue(text[1]) != kNoDigit &&
            hexDigitValue(text[2]) != kNoDigit;
@@ -120,7 +120,7 @@ char* URLDecoder::decode(const char* in, char* out) const {
 }
 
 char* URLDecoder::decodeInPlace(char* text) const {
-    // The decoding writes records of its own behind these, not inside.
+    // The decoding writes its own records after these, not between them.
     { const TraceScope trace("URLDecoder::decodeInPlace"); }
     return decode(text, text);
 }

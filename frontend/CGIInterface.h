@@ -1,6 +1,6 @@
 // The web server over the Common Gateway Interface (RFC 3875): the request in the environment
 // and on standard input, the answer on standard output, the log on standard error.
-// Results: 1 done. Write errors are not detected.
+// Results: 1 is success. Write errors are not detected.
 #pragma once
 
 #include "frontend/interface/WebInterface.h"

@@ -18,7 +18,7 @@ namespace {
 
 constexpr char kHidden[] = "HIDDEN";
 
-// The page of one operation: each operation looks its web interface up once.
+// The page of one operation: an operation looks up its web interface once.
 class PageWriter {
 public:
     void write(std::string_view text) {
@@ -30,8 +30,8 @@ private:
     WebInterface& web_ = *WebInterface::Instance();
 };
 
-// Here and in the next one the names of the fields are part of the pieces: a piece of its own for
-// each would show in the trace.
+// Here and in the next function the field names are part of the texts: each text written separately
+// would appear in the trace.
 void writeNewEntryTable(PageWriter& page) {
     page.write("</TABLE>\n<P>");
     page.writeMessage(kNewEntryText);

@@ -1,7 +1,7 @@
-// The form page: the first template, one table row an entry, and a closing stretch with the row
-// for a new entry, the hidden state and the second template. An object writes one page, by
-// startTable, insertRow for each entry, endTable.
-// Names, values and descriptions go into the page as they are, with no HTML escaping.
+// The form page: the first template, a table row for each entry, the row for a new entry, the
+// hidden fields and the second template. An object writes one page: call startTable, insertRow for
+// each entry, then endTable. Names, values and descriptions are written as they are, without HTML
+// escaping.
 #pragma once
 
 class NameValuePair;
@@ -13,19 +13,19 @@ public:
     ConfigDisplay(const ConfigDisplay&) = delete;
     ConfigDisplay& operator=(const ConfigDisplay&) = delete;
 
-    // Opens the page. 1, or 0 when the first template is missing: nothing may follow then.
+    // Begins the page. 1, or 0 if the first template is missing: then write nothing more.
     [[nodiscard]] int startTable();
     // Writes the row of one entry; a null pair writes nothing.
     void insertRow(NameValuePair* pair);
-    // Closes the page. `hideFile` is the file that the form is carried for, `saveFile` the name
-    // offered for saving, `filePath` the directory that the search found it in, or null.
+    // Ends the page. `hideFile` is the file that the form shows, `saveFile` the name offered for
+    // saving, `filePath` the directory in which the search found the file, or null.
     void endTable(const char* hideFile, const char* saveFile, const char* filePath);
 
-    // One cell each. Any `hidden` that isn't null makes the input a hidden one.
+    // Each writes one cell. If `hidden` isn't null, the field is a hidden one.
     void write_input_field(const char* name, const char* value, const char* hidden);
     void write_checkbox_field(const char* name);
     void write_data_field(const char* text);
 
 private:
-    int rowCount = 0;  // rows written, which is the index of the next one
+    int rowCount = 0;  // rows written so far, and so the index of the next one
 };

@@ -18,14 +18,14 @@ using namespace dnz;
 
 namespace {
 
-// Whether a name says by itself where its file lies. One that begins with a drive does.
+// A name that begins with a slash or a drive needs no directory.
 bool isRooted(const char* name) {
     return name[0] == '/' || (name[0] != '\0' && name[1] == ':');
 }
 
 }  // namespace
 
-// A row of the form; null stands for a field with no value.
+// A row of the form; null means a field without a value.
 struct ConfigInterface::Row {
     char* name;
     char* value;
@@ -241,7 +241,7 @@ int ConfigInterface::addNewEntry() {
     return kDone;
 }
 
-// Answers with a page of this message and the closing one.
+// Answers with a page of this message and the closing message.
 int ConfigInterface::refuse(int message, const char* insert) {
     isRefused = true;
     OutputMessage(message, 1, insert, nullptr);

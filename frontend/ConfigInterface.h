@@ -1,10 +1,9 @@
-// The controller: it decides what a form asks for, shows an ini file as a form, and takes a form
-// that comes back through validation to the saved file. Nothing is held between requests: the
-// file, its directory and the row count travel in hidden fields.
-// The fields of the form are those of FormFields.h.
+// The controller: decides what a request asks for, shows an ini file as a form, and validates and
+// saves a form that comes back. Nothing is kept between requests: the file, its directory and the
+// row count travel in hidden fields. FormFields.h names the fields of the form.
 //
-// Results: 1 done, 0 refused. A refusal has been answered with a plain text page of messages, and
-// no file has been written then.
+// Results: 1 is success, 0 is a refusal. A refusal has been answered with a plain text page of
+// messages, and no file has been written.
 #pragma once
 
 #include <optional>
@@ -30,9 +29,9 @@ public:
     ConfigInterface(const ConfigInterface&) = delete;
     ConfigInterface& operator=(const ConfigInterface&) = delete;
 
-    // Decodes the form, null for a request with no body, and decides the operation.
+    // Decodes the form and decides the operation. `input` is null for a request without a body.
     [[nodiscard]] int Initialize(const char* input);
-    // Carries the operation out.
+    // Performs the operation.
     void ConfigUI();
 
     // Writes the form page of the file.
@@ -42,28 +41,28 @@ public:
 
     // Takes a copy of the name; null changes nothing.
     void setIniCFGFile(const char* name);
-    // The name of the file that the form shows, or null. Borrowed.
+    // The name of the file that the form shows, or null if none is named. Borrowed.
     const char* getIniCFGFile() const;
     // What the request asks for, kUndecided before Initialize.
     int getOperation() const;
 
-    // The value of a form field, or null when it has none or isn't in the form. Points into the
-    // decoded form.
+    // The value of a form field, or null if the field has no value or isn't in the form. Borrowed
+    // from the decoded form.
     char* getFieldValue(const char* name);
 
-    // Turns the rows of the form into the entries to save and those to leave out.
+    // Makes the entries to save, and those to leave out, from the rows of the form.
     [[nodiscard]] int createIniPairs();
-    // Tests every entry to save and reports every fault. Brings a context value into the one
-    // case in which it is saved.
+    // Tests every entry to save and reports every fault. Changes the value of a context to the case
+    // in which it is saved.
     [[nodiscard]] int Validate();
-    // Takes over what another target file contains and the form doesn't. Refuses the save if that
+    // Adds the entries of another target file that the form doesn't have. Refuses the save if that
     // file can't be read to its end.
     void Compare();
 
-    // Writes a message to the page, which a `first` that isn't 0 opens. The inserts may be null;
-    // the second is used only with the first.
+    // Writes a message to the page. If `first` isn't 0, the message begins the page. The inserts
+    // may be null; the second is used only with the first.
     void OutputMessage(int message, int first, const char* insert1, const char* insert2);
-    // Removes blanks, and only blanks, from the end of a text, in place. Null is left alone.
+    // Removes spaces, and nothing else, from the end of a text, in place. Null is ignored.
     void stripTrailingBlanks(char* text);
 
 private:

@@ -24,11 +24,11 @@ constexpr std::string_view kContextAll = "All";
 
 constexpr std::size_t kLongestEntry = 255;
 constexpr std::size_t kLongestQueueValue = 48;
-// What a saved line adds to its three parts: two blanks and the "#".
+// What a saved line adds to its three parts: two spaces and the "#".
 constexpr std::size_t kEntryFrame = 3;
 
-// An entry as its tests see it. An absent value or description is empty. The views show the
-// texts of the pair itself, so a value that is changed there is changed here.
+// An entry as its tests see it. A missing value or description is empty. The views show the texts
+// of the pair itself, so a change of its value shows here.
 struct Entry {
     explicit Entry(NameValuePair& entryPair)
         : pair(entryPair),
@@ -46,7 +46,7 @@ struct Entry {
     std::string_view description;
 };
 
-// Reports the faults of the entries; the first report opens the page.
+// Reports the faults of the entries; the first report begins the page.
 class FaultReports {
 public:
     explicit FaultReports(ConfigInterface& controller) : controller_(controller) {}
@@ -100,8 +100,8 @@ void checkQueueValue(const Entry& entry, FaultReports& reports) {
     }
 }
 
-// Brings every mix of upper and lower case of the two words into the one that is saved. The entry
-// shows the change.
+// Changes the two words, in any mixture of upper and lower case, to the case in which they are
+// saved. The views of the entry show the change.
 void normaliseContext(const Entry& entry) {
     char* value = entry.pair.get_oValue();
     const auto change = [value](std::size_t position, char from, char to) {

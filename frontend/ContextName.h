@@ -1,5 +1,5 @@
-// The variables that make up the context of a request: those of RFC 3875 and some that servers
-// of old add to them.
+// The environment variables that make up the context of a request: those of RFC 3875 and some that
+// older servers add.
 #pragma once
 
 #include <iterator>

@@ -1,5 +1,5 @@
-// The fields that pass between the form page, the entry page and the program. N is the index of
-// a row in decimal, from 0. A field with an empty value is one with no value.
+// The form fields that the entry page and the form page send to the program. A field with an empty
+// value counts as one without a value.
 #pragma once
 
 #include <charconv>
@@ -7,31 +7,31 @@
 
 namespace dnz {
 
-// From the entry page: its presence asks for an open, and the name of the file to open.
+// From the entry page: the first requests an open by its presence, the second names the file.
 constexpr char kOpenField[] = "dnzcnf";
 constexpr char kOpenFileField[] = "dnzINIfile";
 
-// A form that comes back, and the file that it was made from.
+// Marks a form that comes back, and names the file that it shows.
 constexpr char kShownFileField[] = "dnzhidefile";
-// The directory in which the search found that file, with a "/" at its end.
+// The directory in which the search found that file; ends in "/".
 constexpr char kFilePathField[] = "dnzfilepath";
-// Its presence asks for a save; without it the file is shown again.
+// Requests a save by its presence; without it the file is shown again.
 constexpr char kSaveField[] = "dnzSave";
 constexpr char kSaveFileField[] = "dnzINIsave";
 
-// The number of rows, and one new entry.
+// The number of rows, and the new entry.
 constexpr char kRowCountField[] = "dnzNumPairs";
 constexpr char kNewNameField[] = "dnzNewName";
 constexpr char kNewValueField[] = "dnzNewValue";
 constexpr char kNewDescriptionField[] = "dnzNewDesc";
 
-// The kinds of fields that each row has. A ticked exclude box leaves the entry out of the file.
+// The fields of each row. A ticked exclude box leaves the entry out of the file.
 constexpr char kNameKind = 'n';
 constexpr char kValueKind = 'v';
 constexpr char kDescriptionKind = 'd';
 constexpr char kExcludeKind = 'e';
 
-// The name of a row's field: the kind and the index.
+// The name of a row's field: the kind and the index of the row in decimal, from 0.
 class FieldName {
 public:
     FieldName(char kind, int row) {

@@ -1,6 +1,6 @@
-// Template pages: the static HTML of the form lies in files outside the program, and an object
-// here names one and copies it to the page, byte for byte.
-// Results: 1 done or true, 0 not.
+// Template pages: the static HTML of the form is in files outside the program. An object
+// names one and copies it to the page, byte for byte.
+// Results: 1 is success or true, 0 is failure or false.
 #pragma once
 
 #include <memory>
@@ -18,15 +18,15 @@ public:
     int operator==(const HTMLPage& other) const;
     int operator!=(const HTMLPage& other) const;
 
-    // Copies the file, and a line feed behind it, to the page of the calling thread. The working
+    // Copies the file, followed by a line feed, to the page of the calling thread. The working
     // directory comes first, then the directories of the file search. 0 when the file isn't
-    // found anywhere: a message stands in its place then.
+    // found anywhere: a message takes its place then.
     [[nodiscard]] virtual long writeToStdout();
 
     // The name, or null. Borrowed.
     const char* get_HTMLSourceFile() const;
-    // Stores `name` itself, an array made with new, which belongs to the page from then on. The
-    // former array isn't released; it belongs to the caller.
+    // Takes ownership of `name`, an array made with new. Doesn't release the former array, which
+    // then belongs to the caller.
     void set_HTMLSourceFile(char* const name);
     // Takes a copy of `name`.
     void setHTMLSourceFileName(const char* name);

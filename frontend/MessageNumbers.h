@@ -1,4 +1,4 @@
-// The numbers of the messages that the front end fetches; their texts lie in the catalogue.
+// The numbers of the messages of the front end. Their texts are in the message catalogue.
 #pragma once
 
 #include <cstdint>

@@ -44,7 +44,7 @@ long ThreadObjectSet::getThreadId() {
     const TraceScope trace("getThreadId");
     const auto id = static_cast<long>(pthread_self());
     const long normalisedId = id % kSlots;
-    if (startedAndTracing()) {  // each piece of the page comes by here
+    if (startedAndTracing()) {  // every text of the page passes here
         traceId("PosixThreadId", 16, id);
         traceId("ThreadId", 8, id);
         traceId("Normalised ThreadId", 8, normalisedId);
@@ -52,7 +52,7 @@ long ThreadObjectSet::getThreadId() {
     return normalisedId;
 }
 
-// An id with its top bit set is negative and leaves a negative remainder.
+// An id with its top bit set is negative and has a negative remainder.
 void*& ThreadObjectSet::ownSlot() {
     return oObjects[std::labs(getThreadId())];
 }

@@ -1,27 +1,27 @@
-// One object for each thread, found by the thread's identity.
+// Stores one object for each thread, found by the thread's id.
 #pragma once
 
 // A table of borrowed objects with one slot for each normalised thread id. Threads whose ids are
-// equal modulo the number of slots share a slot. Not for use by several threads at the same time
-// before the one instance exists.
+// equal modulo the number of slots share a slot. Create the instance before several threads use it.
 class ThreadObjectSet {
 public:
     // The one instance, made on the first call and never released.
     static ThreadObjectSet* Instance();
 
-    // Leaves the slots as they are: a thread asks only for what it has added.
+    // Doesn't clear the slots: a thread queries its slot only after add or remove.
     ThreadObjectSet();
     virtual ~ThreadObjectSet() = default;
     ThreadObjectSet(const ThreadObjectSet&) = delete;
     ThreadObjectSet& operator=(const ThreadObjectSet&) = delete;
 
-    // The calling thread's object. Defined once the thread has called add or remove.
+    // The calling thread's object, null after remove. Undefined before the thread has called add or
+    // remove.
     void* query();
-    // Puts `object` into the calling thread's slot, over whatever was there.
+    // Stores `object` in the calling thread's slot and replaces the former one.
     void add(void* object);
     // Empties the calling thread's slot.
     void remove();
-    // The calling thread's id brought down to a slot number.
+    // The calling thread's id, reduced to a slot number.
     long getThreadId();
 
 private:

@@ -25,9 +25,9 @@ namespace {
 constexpr int kAccepted = 1;
 constexpr int kRefused = 0;
 
-// A file that is opened must not take the place of a standard stream that the server left
-// closed: the page, or a line for the log, would go into it. An open takes the lowest number that
-// is free.
+// Opens standard streams that the server left closed. An open takes the lowest free number, so a
+// file opened later could become a standard stream, and the page or a line for the log would go
+// into it.
 void occupyStandardStreams() {
     pollfd streams[] = {{STDIN_FILENO, 0, 0}, {STDOUT_FILENO, 0, 0}, {STDERR_FILENO, 0, 0}};
     poll(streams, std::size(streams), 0);
@@ -38,16 +38,16 @@ void occupyStandardStreams() {
     }
 }
 
-// The body is read in one piece, and the page leaves in pieces as large as a page of memory: a
-// larger buffer spares writes, but is no faster for it.
+// The body is read at once. The page is written in pieces as large as a page of memory: a larger
+// buffer saves system calls, but no time.
 void setBuffers() {
     static char page[4096];
     std::setvbuf(stdin, nullptr, _IONBF, 0);
     std::setvbuf(stdout, page, _IOFBF, sizeof page);
 }
 
-// A write that can't be done, to a client that went away or past a file size limit, fails like any
-// other: it must not end the process halfway through a save.
+// A write to a client that has gone, or beyond a file size limit, fails like any other: it must not
+// end the process halfway through a save.
 void ignoreWriteSignals() {
     std::signal(SIGPIPE, SIG_IGN);
     std::signal(SIGXFSZ, SIG_IGN);
@@ -62,8 +62,8 @@ void refuse(const char* contentType, std::int32_t message) {
     writeLine(message);
 }
 
-// The gate: only a posted form gets through. Each fault is told on its own, a second one inside
-// the page of the first.
+// The gate: only a posted form passes. Each fault has its own message; that of a second fault
+// follows on the page of the first.
 int checkRequest() {
     const char* method = std::getenv("REQUEST_METHOD");
     const char* contentType = std::getenv("CONTENT_TYPE");
@@ -93,8 +93,8 @@ int serveRequest() {
     return status;
 }
 
-// Whether an exception that nobody catches destroys the objects on its way is up to the compiler.
-// Passing it on from here makes sure that they are destroyed, and that the trace shows it.
+// The compiler decides whether an exception that nobody catches destroys the objects on its way.
+// Catching it here and throwing it again makes sure of it, so that the trace shows their end.
 int serveRequestOrUnwind() {
     try {
         return serveRequest();

@@ -1,12 +1,12 @@
 // The message catalogue, a file of numbered texts (catopen, catgets and catclose of X/Open), and
-// the places where it is looked for.
+// the places that are searched for it.
 #pragma once
 
 #include <nl_types.h>
 
 namespace dnz {
 
-// A catalogue is closed with its object.
+// An open catalogue, closed with the object.
 class MessageCatalogue {
 public:
     MessageCatalogue() = default;
@@ -14,13 +14,13 @@ public:
     MessageCatalogue(const MessageCatalogue&) = delete;
     MessageCatalogue& operator=(const MessageCatalogue&) = delete;
 
-    // Tries the places in their order, with a trace text for each: with LANG "C" or "POSIX"
-    // /opt/nzm/bin/dnz.cat, else /usr/lib/locale/C/LC_MESSAGES/dnz.cat; then the service name, the
-    // latter place once more, "dnz", and /opt/nzm/bin/dnz.cat. False if there is none.
+    // Tries these places in turn, with a trace text for each: first /opt/nzm/bin/dnz.cat if LANG is
+    // "C" or "POSIX", else /usr/lib/locale/C/LC_MESSAGES/dnz.cat; then the service name, the latter
+    // file again, "dnz", and /opt/nzm/bin/dnz.cat. False if there is no catalogue.
     bool open();
     [[nodiscard]] bool isOpen() const { return isOpen_; }
 
-    // The text of this number, empty if there is none. Borrowed from the catalogue.
+    // The text with this number, empty if there is none. Borrowed from the catalogue.
     [[nodiscard]] const char* text(int id) const;
 
 private:

@@ -55,13 +55,13 @@ private:
         return BoundedText(numbers_[slot]).appendf("%" PRIX32, bits).view();
     }
 
-    // In front of values_, whose initialisation writes here.
+    // Declared before values_, whose initialisation writes here.
     char numbers_[kNumberTexts][kNumberTextSize];
     std::array<std::string_view, kMarkerCount> values_;
 };
 
-// Hands a template on to `emit` in pieces: stretches of plain text, and for each "%" with what
-// follows it the text that `replacementOf` gives.
+// Passes a template to `emit` in pieces: plain text, and for each "%" and its next character the
+// text from `replacementOf`.
 template <typename ReplacementOf, typename Emit>
 void expand(std::string_view text, ReplacementOf replacementOf, Emit emit) {
     constexpr std::size_t kMarkerLength = 2;
@@ -77,7 +77,7 @@ void expand(std::string_view text, ReplacementOf replacementOf, Emit emit) {
     }
 }
 
-// A report that is under way isn't even called: its trace records would stand inside.
+// Not even called during a report: its trace records would come between those of the report.
 void reportNoStorage(const char* functionName, std::int32_t probe, std::int32_t majorCode,
                      const char* comment) {
     if (xnzCSCtrl == nullptr || xnzCSCtrl->inFailureReport == 1) {
@@ -91,7 +91,7 @@ void reportNoStorage(const char* functionName, std::int32_t probe, std::int32_t 
     xnz_xcsWYRD(functionName, probe, inserts);
 }
 
-// Lays the table of pointers and behind it the texts into one block.
+// Puts the table of pointers, and after it the texts, into one block.
 void fillTable(char** table, const InsertValues& values) {
     char* place = reinterpret_cast<char*>(table + kMarkerCount);
     for (std::size_t i = 0; i < kMarkerCount; ++i) {

@@ -28,11 +28,11 @@ struct Destination {
 };
 using Destinations = std::array<Destination, kSectionCount>;
 
-// A section that isn't there has no data.
+// A missing section has no data.
 using Sections = std::array<std::string_view, kSectionCount>;
 
-// The message category follows the environment, during the retrieval and after it, whatever the
-// opening of a catalogue does.
+// The message category of the locale follows the environment, during the retrieval and after it,
+// even if opening a catalogue changes it.
 class MessageLocale {
 public:
     MessageLocale() {
@@ -100,7 +100,7 @@ Sections splitSections(std::string_view text) {
     return sections;
 }
 
-// Breaks the text at blanks into lines of at most 80 columns; a longer word stays whole.
+// Folds the text at spaces into lines of at most 80 columns; a longer word stays whole.
 void fold(char* text) {
     char* lastBlank = std::strchr(text, ' ');
     if (lastBlank == nullptr) {
@@ -123,7 +123,7 @@ void fold(char* text) {
     }
 }
 
-// One retrieval: what its steps hand on to each other.
+// One retrieval: the state that its steps share.
 class Retrieval {
 public:
     Retrieval(std::int32_t number, std::int32_t control)
@@ -152,7 +152,7 @@ public:
         return code;
     }
 
-    // Copies the sections to the buffers that are given, and returns the code of what was done.
+    // Copies the sections to the given buffers and returns the result code.
     std::int32_t deliver(const Destinations& destinations) {
         const Sections sections = splitSections(finished_);
         for (std::size_t i = 0; i < kSectionCount; ++i) {
@@ -216,7 +216,7 @@ private:
         }
     }
 
-    // No catalogue outranks a cut text, which outranks a substitute.
+    // A missing catalogue outranks a cut text, which outranks a substitute.
     [[nodiscard]] std::int32_t codeOfMarks() const {
         if (!catalogue_.isOpen()) {
             return xecE_E_MSG_FILE_NOT_LOADED;
@@ -228,7 +228,7 @@ private:
     }
 
     std::int32_t number_;       // as the caller gave it
-    std::int32_t numberInUse_;  // the replacement, where one took place
+    std::int32_t numberInUse_;  // the replacement, if there was one
     std::int32_t control_;
     MessageCatalogue catalogue_;
     CTextHandle storage_;

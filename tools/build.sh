@@ -1,5 +1,5 @@
 #!/bin/sh
-# Configures and builds a preset; what the tools say is shown only if that fails.
+# Configures and builds a preset. Shows the output of the tools only if that fails.
 #   tools/build.sh PRESET [OPTION OF CMAKE]...
 set -eu
 cd "$(dirname "$0")/.."

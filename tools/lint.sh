@@ -1,6 +1,6 @@
 #!/bin/sh
-# Checks the sources without compiling them: their format, the calls that may overrun a buffer, what
-# cppcheck finds, and the shell scripts.
+# Checks the sources without compiling them: format, calls that may overrun a buffer, includes across
+# layers, cppcheck, and the shell scripts.
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -18,11 +18,11 @@ if grep -rnE --include='*.cpp' --include='*.h' '#include <(iostream|fstream|sstr
     echo 'Streams cost start-up time, and each request starts the program: use <cstdio>.' >&2
     failed=1
 fi
-# What each layer may include, besides the headers of the system.
+# The layers that each layer may include, besides the headers of the system.
 while read -r layer allowed; do
     if grep -nE '#include "' "$layer"/*.cpp "$layer"/*.h 2>/dev/null |
         grep -vE "#include \"($allowed)/[^/]+\""; then
-        echo "$layer/ may include $allowed alone." >&2
+        echo "$layer/ may only include $allowed." >&2
         failed=1
     fi
 done <<'END'

@@ -1,10 +1,10 @@
 // mktables: makes a directory for DNZ_XLAT_PATH, the CCSID table and the translation tables, from
 // the converters of the C library.
 //     mktables PAGE-PAIRS-FILE DIRECTORY
-// The file says which CCSIDs and which pairs; page-pairs.txt beside this source explains it. The
-// directory must be there. What the formats can't hold is said on standard error. Exit value 0,
-// or 1 when a file can't be read or written or the C library lacks a converter.
-// Bytes with no counterpart become the substitute byte of the target, pairs two of them.
+// The file lists the CCSIDs and the pairs; page-pairs.txt beside this source explains it. The
+// directory must exist. Characters that the formats can't express are reported on standard error.
+// Exit value 0, or 1 if a file can't be read or written or the C library lacks a converter.
+// Bytes without a counterpart become the substitute byte of the target, pairs two of them.
 #include <iconv.h>
 
 #include <cstdint>
@@ -35,7 +35,7 @@ constexpr char kPcSubstitute = 0x1A;
 
 constexpr int kByteValues = 256;
 constexpr std::size_t kRowSize = 512;
-// Row 0 lies over the row numbers, and the first row after it holds substitutes only.
+// Row 0 overlaps the row numbers, and the first row after it contains only substitutes.
 constexpr int kSubstituteRow = 1;
 constexpr int kLastRow = 127;
 
@@ -64,7 +64,7 @@ struct PagePairs {
     std::vector<std::vector<int>> groups;
 };
 
-// Adds what a line says; a line that says nothing known ends the program.
+// Adds the contents of a line; an unknown line ends the program.
 void addLine(PagePairs& pairs, char* line) {
     constexpr char kBlanks[] = " \t\r\n";
     const char* kind = std::strtok(line, kBlanks);
@@ -139,7 +139,7 @@ class Translator {
 public:
     Translator(const Ccsid& from, const Ccsid& to) : from_(from), to_(to), converter_(from, to) {}
 
-    // The single byte that stands for a single byte.
+    // The single byte that a single byte becomes.
     std::optional<char> byte(char byte) {
         const std::optional<Bytes> out = converter_.convert({byte});
         if (!out || out->size() != 1) {
@@ -150,10 +150,10 @@ public:
         return shifts && to_.isMixed() && to_.isHost() ? std::nullopt : std::optional(result);
     }
 
-    // The pair that stands for a pair.
+    // The pair that a pair becomes.
     std::optional<Bytes> pair(char first, char second) {
         if (!from_.isHost() && converter_.convert({first})) {
-            return std::nullopt;  // a single byte, with another one behind it
+            return std::nullopt;  // a single byte, followed by another one
         }
         const Bytes text =
             from_.isHost() ? Bytes{kShiftOut, first, second, kShiftIn} : Bytes{first, second};
@@ -219,7 +219,7 @@ Bytes makeDoubleByteTable(const Ccsid& from, const Ccsid& to) {
     return table;
 }
 
-// Says which characters of a mixed PC set its class of lead bytes makes unreadable.
+// Reports which characters of a mixed PC set its class of lead bytes makes unreadable.
 void tellLeadByteMisfits(const Ccsid& ccsid) {
     if (!ccsid.isMixed() || ccsid.isHost()) {
         return;
@@ -265,7 +265,7 @@ public:
         }
     }
 
-    // Writes the table of two pages unless it is there from another pair, or isn't needed.
+    // Writes the table of two pages, unless another pair has written it or it isn't needed.
     template <typename Make>
     void writeTable(int fromPage, int toPage, const Make& make) {
         FixedText<16> name;

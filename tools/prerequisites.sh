@@ -1,6 +1,6 @@
 #!/bin/sh
-# Installs those of the given Debian packages that are missing, as root or through sudo. What apt says
-# is shown only if it fails.
+# Installs those of the given Debian packages that are missing, as root or through sudo. Shows the output
+# of apt only if it fails.
 set -eu
 
 missing=

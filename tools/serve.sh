@@ -1,13 +1,15 @@
 #!/bin/sh
 # Serves a staged installation on loopback, in the foreground, for ./run and the browser test.
 #   tools/serve.sh STAGE PORT
-# STAGE is the folder of `DESTDIR=STAGE cmake --install ...`. What the server needs for itself it
-# writes into STAGE/server. Trace files and failure reports go to STAGE/trace; DNZ_TRACE and the
-# options of the sanitizers are handed on to the program if they are set. DNZCNF_LANGUAGE chooses
-# the language of the pages, en_US if it is not set, and DNZCNF_ORIGIN names the server as the
-# browser calls it, if not by its address and port. Whoever calls it by another name is sent to that
-# address. There is no login, since nobody but this machine's users can reach it; all the rest is as
-# it is installed.
+# STAGE is the folder of `DESTDIR=STAGE cmake --install ...`. The server writes its own files to
+# STAGE/server, and the program its traces and failure reports to STAGE/trace. These variables have an
+# effect:
+#   DNZCNF_LANGUAGE  the language of the pages, en_US by default
+#   DNZCNF_ORIGIN    the server as the browser calls it, by default its address and port; requests for
+#                    other names are redirected there
+#   DNZ_TRACE and the options of the sanitizers, which are passed on to the program
+# There is no login, since only users of this machine can reach the server. Everything else is as
+# installed.
 set -eu
 
 stage=$1
@@ -18,7 +20,7 @@ address=http://127.0.0.1:$port
 origin=${DNZCNF_ORIGIN:-${address%:80}}
 mkdir -p "$server/empty" "$trace"
 
-# One element of a lighttpd list for each variable of that name in the environment.
+# An element of a lighttpd list for each of these variables that is set.
 hand_on() {
     for name; do
         if value=$(printenv "$name"); then

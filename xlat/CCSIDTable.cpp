@@ -49,7 +49,7 @@ void xxxDeleteNode(CCSIDNode** place) {
     while (node != nullptr) {
         CCSIDNode* larger = node->right;
         if (larger != nullptr) {
-            // Turning the tree brings the largest node to the top without a stack.
+            // Rotations bring the largest node to the top without a stack.
             node->right = larger->left;
             larger->left = node;
             node = larger;

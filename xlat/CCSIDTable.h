@@ -1,7 +1,7 @@
 // The CCSID table: which code pages make up each coded character set and how it is encoded.
-// It is a search tree over the CCSID, built once from the table file and then only read.
-// The tree is not balanced: its shape follows the order in which the entries came, and a sorted
-// file gives a chain. No operation here needs more stack for a longer chain.
+// It is a search tree by CCSID, built once from the table file and then only read. The tree is not
+// balanced: its shape depends on the order of the entries, and a sorted file gives a chain. No
+// operation here needs more stack for a longer chain.
 // Ownership: the tree owns its nodes; its root is a field of the control block.
 #pragma once
 
@@ -13,7 +13,7 @@ namespace dnz {
 // A page number as text: four lower-case hexadecimal digits and a terminator.
 constexpr std::size_t kPageTextSize = 5;
 
-// That of page 0, which means none.
+// The text of page 0, which means no page.
 constexpr char kNoPageText[kPageTextSize] = "0000";
 
 constexpr std::int32_t kLargestPage = 0xFFFF;
@@ -58,11 +58,12 @@ struct CCSIDNode {
 // The node of `ccsid`, or null. A null root is an empty tree.
 CCSIDNode* xxxFindNode(CCSIDNode* root, std::int32_t ccsid);
 
-// Hangs a new node for `entry` below `*place`, where the search for its CCSID ends. Changes
-// nothing when the CCSID is there already or memory runs out.
+// Adds a node for `entry` at or below `*place`, where the search for its CCSID ends. Changes
+// nothing if the CCSID exists already or memory runs out.
 void xxxInsertNode(CCSIDNode** place, const CCSIDEntry* entry);
 
-// A new node with the fields of `entry` and no links, or null if memory runs out.
+// A new node with the fields of `entry` and no links, or null if memory runs out. The caller owns
+// it.
 [[nodiscard]] CCSIDNode* xxxCreateNode(const CCSIDEntry* entry);
 
 // Frees the whole tree, larger CCSIDs first, and sets `*place` to null.

@@ -71,8 +71,8 @@ const char* parseColumns(const char* const (&columns)[kColumns], CCSIDEntry& ent
     return nullptr;
 }
 
-// The tree while it grows. Each search begins at the last place when the CCSID belongs below
-// it, so that a sorted file, which gives a chain, is read in linear time.
+// The tree while it grows. A search begins at the last place if the CCSID belongs below it. So a
+// sorted file, which gives a chain, is read in linear time.
 class GrowingTree {
 public:
     void setEntry(const CCSIDEntry& entry) {
@@ -90,7 +90,7 @@ private:
     static constexpr std::int64_t kBelowAll = std::numeric_limits<std::int64_t>::min();
     static constexpr std::int64_t kAboveAll = std::numeric_limits<std::int64_t>::max();
 
-    // Goes to the place where the CCSID stands or is to be hung.
+    // Goes to the place where the CCSID is or belongs.
     void moveTo(std::int32_t ccsid) {
         if (ccsid <= above_ || ccsid >= below_) {
             place_ = &root_;

@@ -1,5 +1,5 @@
-// How each engine walks. All convert in runs: a loop over bytes or pairs of one kind, and between
-// two runs the step that changes the kind.
+// How each engine walks through a text. All convert in runs: a loop over bytes or pairs of one
+// kind, and between two runs a step that changes the kind.
 //   TranSBCS  one run of single bytes, as long as the shorter of the two texts
 //   HostPCMM  single bytes up to a shift-out, then pairs up to a shift-in, and so on; the mode says
 //             whether the shift bytes stay. An empty section is two single bytes.
@@ -44,7 +44,7 @@ unsigned char translateByte(unsigned char byte, const unsigned char* table, Conv
     return mode == ConvHostToPC && byte == kHostNewLine ? table[kHostLineFeed] : table[byte];
 }
 
-// The result of translateByte for all bytes, settled once so that a loop needs no test.
+// The result of translateByte for all bytes, computed once so that a loop needs no test.
 class SingleByteTable {
 public:
     SingleByteTable(const unsigned char* table, ConvMode mode) {
@@ -159,7 +159,7 @@ private:
     DoubleByteTable pairs_;
 };
 
-// Walks through the text with `loop`, and tells the caller how far it came.
+// Walks through the text with `loop`, and returns to the caller how far it came.
 template <typename Loop>
 std::int32_t run(const unsigned char** source, std::int32_t sourceLength, unsigned char** target,
                  std::int32_t* targetLength, const ConvContext& context, ConvMode mode,
@@ -227,7 +227,7 @@ std::int32_t convertHostText(Walk& walk) {
 }
 
 // Converts neighbouring double-byte characters as one section. `Adds`: shift bytes are put
-// around it; room for one of them is asked for in either case.
+// around it; space for one of them is demanded in either case.
 template <bool Adds>
 std::int32_t convertPcSection(Walk& walk, const LeadBytes& leadBytes) {
     constexpr std::ptrdiff_t kRoomToClose = 1;
@@ -273,7 +273,7 @@ std::int32_t convertPcText(Walk& walk, const LeadBytes& leadBytes) {
         if (code != kServiceOk) {
             return code;
         }
-        // The byte behind a section is a single byte, whatever it is.
+        // The byte after a section is a single byte, whatever it is.
         if (walk.goesOn()) {
             walk.convertByte();
         }

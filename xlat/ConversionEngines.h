@@ -1,9 +1,9 @@
 // The engines of the text conversion: three loops over the bytes of a text. They allocate nothing,
 // write no trace and keep no state between calls: each text starts outside a double-byte section.
 //   TranSBCS  text with no double-byte part
-//   HostPCMM  mixed text in host form: double-byte text stands between the bytes SO and SI
-//   PCHostMM  mixed text in PC form: a double-byte character is told by its first byte
-// The engines know no invalid text and no substitute: what a table holds is what is written.
+//   HostPCMM  mixed text in host form: double-byte text lies between the bytes SO and SI
+//   PCHostMM  mixed text in PC form: the first byte marks a double-byte character
+// The engines know no invalid text and no substitute: they write what the table contains.
 // A double-byte character whose row number is 0x80 or more gives two zero bytes. In ConvHostToPC
 // the host's new line, 0x15, becomes what its line feed 0x25 becomes, if there is a table.
 #pragma once
@@ -33,7 +33,7 @@ struct ConvContext {
 // `*target` as far as they come. After a result of 0 `*targetLength` is the count of bytes
 // written; a text that outgrows its target outside a double-byte section ends there with 0.
 // Other results are the xxxRC_ codes of TextConversion.h and leave `*targetLength` as it was.
-// No mode lets an engine read behind the source or write behind the target.
+// In no mode does an engine read after the end of the source or write after that of the target.
 std::int32_t TranSBCS(const unsigned char** source, const std::int32_t* sourceLength,
                       unsigned char** target, std::int32_t* targetLength,
                       const ConvContext* context, ConvMode mode);
@@ -64,7 +64,7 @@ constexpr std::int32_t kDefaultLeadByteClass = 1;
 
 // Converts with the tables of `handle`, by the engine that fits its parts and `mode`; arguments
 // and result are those of the engines. The class of lead bytes comes with the double-byte table;
-// where pairs pass unchanged there is none, and `sourceLeadByteClass` holds.
+// where pairs pass unchanged there is none, and `sourceLeadByteClass` counts.
 [[nodiscard]] std::int32_t xxxCodeConv(
     const unsigned char** source, const std::int32_t* sourceLength, unsigned char** target,
     std::int32_t* targetLength, std::int32_t handle, ConvMode mode,

@@ -31,8 +31,8 @@ constexpr std::int32_t kMostSlots = kUnchangedPart - 1;
 constexpr std::size_t kSingleByteTableSize = 256;
 constexpr std::size_t kDoubleByteHeadSize = 512;  // a table must have more than this
 constexpr std::size_t kLargestTableSize = 0x20000;
-// Rows 0 to 127, which is as far as row numbers reach. Storage for all of them spares the engines a
-// test of each row.
+// Rows 0 to 127, all that row numbers reach. Storage for all of them saves the engines a test of
+// each row.
 constexpr std::size_t kReachableTableSize = 0x10000;
 
 constexpr char kNoPagesKey[] = "00000000";
@@ -42,7 +42,7 @@ constexpr std::int32_t kNotFound = -1;
 
 using TableBytes = std::unique_ptr<unsigned char[]>;
 
-// What distinguishes the two kinds of tables while one is loaded.
+// How loading differs between the two kinds of tables.
 struct TableKind {
     const char* openingText;
     int (*load)(const FileDescriptor& file, ConvSlot& slot);  // 0 or an errno
@@ -78,7 +78,7 @@ bool enlargeList() {
     return true;
 }
 
-// The number of a slot that may be filled, or kNotFound when there is no room for another table.
+// The number of a slot that may be filled, or kNotFound if the list is full.
 std::int32_t slotToFill() {
     std::int32_t number = 0;
     while (number < iconv_list_size && hasTag(iconv_list[number], kInUseTag)) {
@@ -95,7 +95,7 @@ FileDescriptor openTable(const BoundedText& directory, std::string_view key,
                          std::string_view extension) {
     FixedText<kPathSize + kTableNameLength> path(directory.view());
     path.append(key).append(extension);
-    errno = 0;  // what is left of an earlier call is no reason for a failure here
+    errno = 0;  // the error of an earlier call must not explain a failure here
     xnztr_text(path.c_str());
     return directory.truncated() ? FileDescriptor{} : openFile(path.c_str());
 }
@@ -150,7 +150,7 @@ int loadDoubleByteTable(const FileDescriptor& file, ConvSlot& slot) {
     const auto size = static_cast<std::size_t>(count);
     TableBytes fitting = allocateTable(std::max(size, kReachableTableSize));
     if (fitting == nullptr) {
-        // The large one serves as well: after what was read it contains zeros.
+        // The large array serves as well: it contains zeros after the bytes read.
         setTable(slot, std::move(largest), kLargestTableSize);
         return 0;
     }
@@ -194,7 +194,7 @@ std::int32_t loadTable(std::string_view key, std::int32_t leadByteClass, const T
     return number + 1;
 }
 
-// The key of a table, which both file name and slot go by.
+// The key of a table, which identifies both its file and its slot.
 class ConverterKey {
 public:
     ConverterKey(std::string_view source, std::string_view target)
@@ -202,7 +202,7 @@ public:
         text_.append(target);
     }
 
-    // The part of the handle as far as no table must be loaded for it, or kNotFound.
+    // The part of the handle if no table has to be loaded for it, else kNotFound.
     [[nodiscard]] std::int32_t resolve() const {
         if (text() == kNoPagesKey) {
             return kNoPart;

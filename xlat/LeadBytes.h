@@ -1,6 +1,6 @@
-// Which bytes open a double-byte character in PC text. A character set says it by its
-// leadByteClass, a column of the CCSID table; the classes themselves are fixed here, for the
-// conversion and for the program that makes tables.
+// The lead bytes: which bytes begin a double-byte character in PC text. A character set names a
+// class of them, its leadByteClass in the CCSID table. The classes themselves are fixed here, for
+// the conversion and for the program that makes tables.
 #pragma once
 
 #include <array>
@@ -10,7 +10,7 @@
 
 namespace dnz {
 
-// For each byte the number of the range in which it is a lead byte, 0 for none.
+// For each byte the number of the range that contains it, 0 if it isn't a lead byte.
 using LeadBytes = std::array<unsigned char, 256>;
 
 struct ByteRange {
@@ -31,7 +31,7 @@ constexpr LeadBytes makeLeadBytes(const ByteRange (&ranges)[Count]) {
     return bytes;
 }
 
-// By leadByteClass. The first row also stands for every class that isn't here.
+// By leadByteClass. The first row is also that of every unknown class.
 inline constexpr LeadBytes kLeadByteClasses[] = {
     makeLeadBytes({{0x81, 0x9E}, {0xE0, 0xFE}}),  // any other
     makeLeadBytes({{0x81, 0x9E}, {0xE0, 0xFE}}),  // 1
@@ -42,7 +42,6 @@ inline constexpr LeadBytes kLeadByteClasses[] = {
     makeLeadBytes({{0x8C, 0xFE}}),                // 6
 };
 
-// The lead bytes of a class.
 constexpr const LeadBytes& leadBytesOf(std::int32_t leadByteClass) {
     const bool isKnown =
         leadByteClass > 0 && leadByteClass < static_cast<std::int32_t>(std::size(kLeadByteClasses));

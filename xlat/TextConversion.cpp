@@ -16,11 +16,11 @@ using namespace dnz;
 
 namespace {
 
-// Where an encoding class is unknown there is no direction.
+// An unknown encoding class gives no direction.
 constexpr ConvMode kNoMode{};
 
-// The code pages of one side of a conversion, as far as they take part. The two of a conversion
-// between equal CCSIDs stay as they are made here: no pages at all.
+// The code pages of one side of a conversion, as far as they take part. Between equal CCSIDs no
+// page takes part, which is the initial state here.
 struct Side {
     std::int32_t sbcsPage = 0;
     std::int32_t dbcsPage = 0;
@@ -77,7 +77,7 @@ std::int32_t loadSides(Conversion& conversion, std::int32_t fromCCSID, std::int3
     return conversion.to.load(toCCSID) ? kServiceOk : NZRC_TARGET_CCSID_ERROR;
 }
 
-// Text that is single-byte on one side is taken for single-byte on the other.
+// Text that is single-byte on one side counts as single-byte on the other.
 void settleWidth(Side& from, Side& to) {
     if (to.widthClass == kMixedWidth && from.widthClass == kSingleByteWidth) {
         to.dropDoubleBytes();
@@ -127,8 +127,8 @@ std::int32_t checkEncodings(const Side& from, const Side& to) {
     return isMixed && !isHost(to) && !isPc(to) ? NZRC_TARGET_CCSID_ERROR : kServiceOk;
 }
 
-// What became of xxxOpenConv, by the errno that it left. Today it leaves one of two; any other
-// would be a fault of ours.
+// The result for a failure of xxxOpenConv, by its errno. Today it sets one of two values; any other
+// would be an error of this library.
 std::int32_t openFailure(int error) {
     if (error == ENOMEM) {
         return NZRC_STORAGE_NOT_AVAILABLE;

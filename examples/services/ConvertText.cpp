@@ -1,5 +1,5 @@
-// The common services in a program of one's own: converts a text between two CCSIDs, dumps the
-// result to the trace, and shows a message of the catalogue.
+// An example of a program that uses the common services: it converts a text between two CCSIDs,
+// dumps the result to the trace, and shows a message of the catalogue.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -13,7 +13,7 @@
 using dnz::kServiceOk;
 
 int main() {
-    // The name decides which variables are read, DNZ_TRACE and DNZ_PATH, and which catalogue.
+    // The name selects the variables, DNZ_TRACE and DNZ_PATH, and the catalogue.
     dnz_InitCommonServices("DNZ");
 
     const char text[] = {'G', 'r', '\x81', '\xE1', 'e'};  // in CCSID 850, a German greeting

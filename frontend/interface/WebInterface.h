@@ -1,6 +1,6 @@
-// The web server as the rest of the program sees it: write a header, write text, log an error,
-// give me the request body. The first text written ends the header section.
-// Results: 1 done. Code that has no handle on the object reaches it with Instance().
+// The web server as the rest of the program sees it: write a header, write text, log an error, read
+// the request body. The first text written ends the header section. Results: 1 is success. Code
+// without a pointer to the object calls Instance().
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 class ConfigurationSet;
 
-// A cache of the web server, as the transport writes a request's context to it. Takes text piece by
+// A cache of the web server, to which the transport writes the context of a request, piece by
 // piece. The text is borrowed for the call.
 class Cache {
 public:
@@ -22,17 +22,17 @@ public:
 
 class WebInterface {
 public:
-    // The object registered for the calling thread. Borrowed. It may be asked for once an object
-    // has been made on this thread.
+    // The object registered for the calling thread. Borrowed. Call it only after an object has been
+    // made on this thread.
     static WebInterface* Instance();
 
     WebInterface(const WebInterface&) = delete;
     WebInterface& operator=(const WebInterface&) = delete;
     virtual ~WebInterface();
 
-    // The kind of the transport, as "CGI". Borrowed, for the life of the process.
+    // The kind of transport, "CGI" for example. Borrowed, valid until the process ends.
     virtual char* InterfaceType() = 0;
-    // Writes a header line. Nothing is added behind the colon: a value brings its own blank.
+    // Writes a header line. Adds nothing after the colon: the value begins with its own space.
     virtual long write_header(const char* name, const char* value) = 0;
     // Writes `length` bytes, zero bytes included; with length 0 the text up to its terminator.
     virtual long write_text(const char* text, long length) = 0;
@@ -40,14 +40,14 @@ public:
     virtual long write_text(const int number) = 0;
     // Copies the request's context, the CGI variables of RFC 3875 and some more, into `cache`.
     virtual long CacheContext(Cache* cache, const char* unused) = 0;
-    // Writes to the server's log; no line feed is added.
+    // Writes to the server's log, without adding a line feed.
     virtual long LogError(const char* text) = 0;
 
-    // The request body with a terminator behind it, or null when there is none. Borrowed.
+    // The request body, followed by a terminator, or null if there is none. Borrowed.
     virtual const char* getInputBuffer();
-    // Its size with the terminator counted; 0 before the first read and when there is no body.
+    // Its size with the terminator; 0 before the first read and without a body.
     virtual unsigned long getInputBufferLength() const;
-    // The gateway's settings for this request. Borrowed. Nothing in this program asks for them.
+    // The gateway's settings for this request. Borrowed. Only other programs call this.
     virtual ConfigurationSet* getConfigurationSet() const;
 
 protected:

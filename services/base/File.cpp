@@ -16,11 +16,12 @@ namespace {
 constexpr mode_t kByUmask = 0666;
 constexpr mode_t kOwnerOnly = 0600;
 
-// Doesn't wait for the other end of a pipe, but for a process that has a lease on the file it does.
+// Doesn't wait for the other end of a pipe, but does wait for a process that has a lease on the
+// file.
 FileDescriptor openUnlessPipe(const char* path, int flags) {
     const int allFlags = flags | O_NOCTTY | O_CLOEXEC;
     FileDescriptor file(::open(path, allFlags | O_NONBLOCK, kByUmask));
-    // So ends the open of a file with a lease, which only regular files have.
+    // This error means a lease, which only regular files have.
     if (!file.isOpen() && errno == EWOULDBLOCK) {
         return FileDescriptor(::open(path, allFlags, kByUmask));
     }

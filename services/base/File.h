@@ -1,7 +1,7 @@
-// Files that are read and written by this system.
-// Under a name that comes from outside only regular files count: a directory, a pipe or a device
-// is taken for a file that can't be opened, so that no request waits for it or reads it without
-// end. Files of the installation are opened whatever they are.
+// Opening, reading and writing files.
+// A name that comes from a request opens only a regular file. A directory, a pipe or a device
+// counts as a file that can't be opened: no request may wait for it or read it without end. Files
+// of the installation may be of any kind.
 #pragma once
 
 #include <unistd.h>
@@ -17,7 +17,7 @@ namespace dnz {
 class FileDescriptor {
 public:
     FileDescriptor() = default;
-    // Takes over `number`; a negative one is what a failed open returned.
+    // Takes ownership of `number`; a negative one, the result of a failed open, is no file.
     explicit FileDescriptor(int number) : number_(number) {}
     FileDescriptor(FileDescriptor&& other) noexcept
         : number_(std::exchange(other.number_, kNone)) {}
@@ -35,7 +35,7 @@ public:
 
     [[nodiscard]] bool isOpen() const { return number_ >= 0; }
     [[nodiscard]] int number() const { return number_; }
-    // Gives the open file away; the caller closes it.
+    // Passes ownership to the caller, who closes the file.
     [[nodiscard]] int release() { return std::exchange(number_, kNone); }
 
 private:
@@ -43,40 +43,41 @@ private:
     int number_ = kNone;
 };
 
-// The open file `path` for reading, or none with errno set: of any kind, or a regular one only.
+// Open `path` for reading: a file of any kind, or a regular file only. Without a file the result
+// isn't open, and errno is set.
 [[nodiscard]] FileDescriptor openFile(const char* path);
 [[nodiscard]] FileDescriptor openRegularFile(const char* path);
 
-// A stream for appending in `mode`, "a" or "a+" (fopen, ISO C). A new file is for its owner alone,
-// since form values go into traces and reports; a file that is there keeps its permissions. Null
-// with errno set when it can't be opened.
+// Opens a stream for appending; `mode` is "a" or "a+" (fopen, ISO C). Only the owner may access a
+// new file, since traces and reports contain form values; an existing file keeps its mode. Null,
+// with errno set, if the file can't be opened.
 [[nodiscard]] StreamHandle openPrivateStream(const char* path, const char* mode);
 
-// The open stream of `path` for writing, made if it isn't there and emptied if it is, or null.
+// Opens `path` for writing, a regular file, which is created or emptied. Null if it can't be
+// opened.
 [[nodiscard]] StreamHandle openEmptiedStream(const char* path);
 
-// Reads a file until a read gives nothing. A stream would do as well, but asks the system for more
-// than it needs: a request lasts hardly longer than its system calls.
+// Reads a file until a read returns nothing. A stream would do, but makes more system calls, and a
+// request takes hardly longer than its system calls.
 class FileReader {
 public:
-    // Has no file yet.
     FileReader() {}
     explicit FileReader(FileDescriptor file) : file_(std::move(file)) {}
     FileReader(const FileReader&) = delete;
     FileReader& operator=(const FileReader&) = delete;
 
-    // Takes over a file, for a reader that has none yet; false if it isn't open.
+    // Takes ownership of a file, in a reader that has none yet. False if the file isn't open.
     bool use(FileDescriptor file) {
         file_ = std::move(file);
         return isOpen();
     }
     [[nodiscard]] bool isOpen() const { return file_.isOpen(); }
-    // Reads at most `size` bytes. Returns their count, which is less only at the end.
+    // Reads `size` bytes, or fewer at the end. Returns their count.
     std::size_t read(char* target, std::size_t size);
-    // Reads a line with its line feed, or as much of it as leaves room for the terminator, as fgets
-    // does. False at the end.
+    // Reads a line with its line feed, at most `size` - 1 bytes, and terminates it, as fgets does.
+    // False at the end.
     bool readLine(char* line, std::size_t size);
-    // Whether reading ended at an error and not at the end of the file.
+    // True once reading ended at an error and not at the end of the file.
     [[nodiscard]] bool failed() const { return failed_; }
 
 private:

@@ -1,4 +1,4 @@
-// Handles of what the C library gives out, released with the handle.
+// Owning handles for resources of the C library, released with the handle.
 #pragma once
 
 #include <cstdio>
@@ -7,7 +7,7 @@
 
 namespace dnz {
 
-// The deleter of a handle: a call of `Release`.
+// The deleter of a handle; it calls `Release`.
 template <auto Release>
 struct ReleaseBy {
     template <typename Resource>

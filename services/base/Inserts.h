@@ -1,17 +1,16 @@
-// The insert record of messages and failure reports.
+// The insert record: what a caller adds to a message or a failure report.
 #pragma once
 
 #include <cstdint>
 
 namespace dnz {
 
-// The CCSID that goes with the insert texts of messages.
+// The CCSID that message inserts are declared to have.
 constexpr std::int32_t kInsertCcsid = 850;
 
 }  // namespace dnz
 
-// What goes with a message or a failure report: two numbers and three texts.
-// Texts are borrowed: the caller keeps them alive during the call. A null text is no text.
+// Two numbers and three texts. The texts are borrowed for the call; null means no text.
 struct xcsINSERTS {
     std::int32_t number1 = 0;     // message: numeric insert 1; report: major code
     std::int32_t number2 = 0;     // message: numeric insert 2; report: minor code

@@ -1,4 +1,4 @@
-// Paths: where the product lies, and the one way to join a directory and a file name.
+// Paths: the directories of the product, and how a directory and a file name are joined.
 #pragma once
 
 #include <cstddef>
@@ -11,12 +11,11 @@ namespace dnz {
 constexpr char kProgramDirectory[] = "/opt/nzm/bin";
 constexpr char kDataDirectory[] = "/var/nzm";
 
-// The size of a file name with its directory, the terminator included. A longer path counts as one
-// that can't be opened.
+// The size of a path, its terminator included. A longer path counts as one that can't be opened.
 constexpr std::size_t kPathSize = 255;
 
-// A directory, a "/" unless the directory ends in one, and a file name. Without a directory, null,
-// the name alone.
+// A directory, a "/" unless the directory ends in one, and a file name. If the directory is null,
+// the path is the name alone. Use it only if it fits().
 class Path : public FixedText<kPathSize> {
 public:
     Path(const char* directory, std::string_view name) {

@@ -1,4 +1,4 @@
-// Return codes of the services: 0 is success, everything else says what went wrong.
+// Return codes of the services: 0 is success, any other value says what went wrong.
 // The top four bits of an xec code give its severity: 1 warning, 2 error, 4 severe.
 #pragma once
 
@@ -10,7 +10,7 @@ constexpr std::int32_t kServiceOk = 0;
 
 }  // namespace dnz
 
-constexpr std::int32_t xecS_E_NONE = 0x20006037;  // storage can't be obtained
+constexpr std::int32_t xecS_E_NONE = 0x20006037;  // out of memory
 constexpr std::int32_t xecX_E_SERVICE_UNAVAILABLE = 0x20806058;
 constexpr std::int32_t xecX_S_NO_CCSID_TABLE = 0x40806106;
 constexpr std::int32_t xecX_S_CCSID_NOT_FOUND = 0x40006107;

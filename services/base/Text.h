@@ -1,5 +1,5 @@
-// Texts of the C kind: views of those that may be absent, numbers in them, and the one way to fill
-// a buffer of fixed size, a builder that cuts instead of overrunning.
+// Terminated texts: views of texts that may be null, numbers in texts, and bounded builders. All
+// buffers of fixed size are filled by these builders, which cut a text instead of overrunning.
 #pragma once
 
 #include <algorithm>
@@ -23,18 +23,18 @@ inline bool isNullOrEmpty(const char* text) {
 // environment.
 [[nodiscard]] const char* nonEmptyVariable(const char* name);
 
-// The decimal number at the start of `text`, which isn't null, as atoi reads it: white space, a
-// sign, digits, and 0 where there are none. A number too large for an int gives the nearest int.
+// The decimal number at the start of `text`, which isn't null. Reads it as atoi does: white space,
+// a sign, digits; 0 without digits. A number too large for an int gives the nearest int.
 [[nodiscard]] int leadingNumber(const char* text);
 
-// The letter in upper case; by the portable characters alone, whatever the locale.
+// The upper case of an ASCII letter, whatever the locale. Other characters stay.
 constexpr char upperCase(char character) {
     return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
                                                 : character;
 }
 
-// Appends text to a caller's array. The array is terminated from the start and after every
-// step, and what doesn't fit is dropped and remembered. The array is borrowed.
+// Appends text to an array of the caller. The array is always terminated. Text that doesn't fit is
+// dropped, and truncated() remembers it. The array is borrowed.
 class BoundedText {
 public:
     // `size` counts the terminator; an array of size 0 is left alone and contains nothing.
@@ -60,7 +60,7 @@ public:
     [[nodiscard]] bool truncated() const { return truncated_; }
 
 private:
-    // What still fits before the terminator.
+    // How many bytes fit before the terminator.
     [[nodiscard]] std::size_t room() const { return size_ > 0 ? size_ - 1 - length_ : 0; }
 
     char* buffer_;

@@ -1,4 +1,4 @@
-// Which codeset a locale means, for systems whose locale doesn't say.
+// The table of the codesets that locale names imply, for locales that don't name one themselves.
 #pragma once
 
 #include <cstddef>
@@ -14,5 +14,5 @@ constexpr std::size_t kLocaleCount = 97;
 
 }  // namespace dnz
 
-// Searched from the start; the last row holds two null pointers.
+// The first matching row counts. The last row has two null pointers.
 extern const dnz::LocaleCodeset xxxCodesetInfo[dnz::kLocaleCount + 1];

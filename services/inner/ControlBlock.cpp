@@ -12,7 +12,7 @@ namespace dnz {
 
 namespace {
 
-// Names are made from the first four bytes of the service name.
+// File names begin with the first four bytes of the service name.
 constexpr std::size_t kStemLength = 4;
 
 std::string_view serviceStem() {

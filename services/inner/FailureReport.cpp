@@ -25,7 +25,7 @@ constexpr std::size_t kFirstRowText = 75;
 constexpr std::size_t kSecondRowText = 70;
 constexpr std::size_t kInnerWidth = 77;
 
-// One box row: the border, the indentation, the text, blanks up to the other border.
+// One box row: the border, the indentation, the text, spaces up to the other border.
 void appendRow(BoundedText& line, const char* indentation, std::string_view text) {
     const std::string_view indent = indentation;
     const int rest = static_cast<int>(kInnerWidth - indent.size());
@@ -49,20 +49,20 @@ void printBorder(char* line, std::FILE* stream) {
     printRow(line, stream);
 }
 
-// The present time as ctime gives it, without its line feed. Borrowed from the C library, since a
-// report may tell of storage that can't be had.
+// The current time in the format of ctime, without its line feed. Borrowed from the C library,
+// since a report may be about storage that can't be obtained.
 std::string_view presentTime() {
     const std::time_t now = std::time(nullptr);
     const std::string_view text = viewOf(std::ctime(&now));
     return text.substr(0, text.find('\n'));
 }
 
-// A caller of another program may leave a comment out.
+// Callers in other programs may omit a comment.
 const char* commentOf(const char* text) {
     return text != nullptr ? text : " ";
 }
 
-// Prints one text of the box, formatted as by printf.
+// Writes one text of the box, formatted as by printf.
 void printText(std::FILE* stream, const char* format, ...) __attribute__((format(printf, 2, 3)));
 void printText(std::FILE* stream, const char* format, ...) {
     FixedText<kReportLineSize> text;

@@ -4,7 +4,7 @@
 
 FunctionStackBlock* pCtl = nullptr;
 
-// The names stay uncleared: `depth` says how many are current.
+// Doesn't clear the names: `depth` says how many are in use.
 void dnz::makeFunctionStack() {
     pCtl = new (std::nothrow) FunctionStackBlock;
     if (pCtl != nullptr) {

@@ -1,5 +1,5 @@
-// The chain of callers, kept whether or not the process traces, so that a failure report can
-// name it.
+// The function stack: the chain of callers for failure reports, kept whether or not the process
+// traces.
 #pragma once
 
 #include <cstddef>
@@ -10,22 +10,22 @@
 namespace dnz {
 
 constexpr std::size_t kFunctionStackSlots = 40;
-// Only the first half of the slots is filled; deeper calls are counted, not named.
+// Only the first half of the slots is used; deeper calls are counted, not named.
 constexpr std::int32_t kFunctionStackLimit = 20;
 
 }  // namespace dnz
 
 struct FunctionStackBlock {
-    std::int32_t depth;  // entries without their exits so far
+    std::int32_t depth;  // operations entered and not yet left
     char names[dnz::kFunctionStackSlots][dnz::kFunctionNameSize];
 };
 
-// Null until the first entry, and for good if there is no storage. Never released.
+// Null before the first entry, and always if memory runs out then. Never released.
 extern FunctionStackBlock* pCtl;
 
 namespace dnz {
 
-// Makes the stack; without storage it stays null.
+// Makes the stack. If memory runs out, it stays null.
 void makeFunctionStack();
 
 }  // namespace dnz

@@ -19,5 +19,5 @@ const ReturnCodeName& findReturnCodeName(std::int32_t code);
 
 }  // namespace dnz
 
-// Not in numeric order: where a code stands twice, the first row wins.
+// Not in numeric order. If a code occurs twice, the first row counts.
 extern const dnz::ReturnCodeName xnzRetList[dnz::kReturnCodeNameCount];

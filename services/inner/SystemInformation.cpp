@@ -45,7 +45,7 @@ std::int32_t codePageOf(std::string_view codeset) {
     return kDefaultCodePage;
 }
 
-// The locale in force; where that is only C, the one that LANG asked for.
+// The locale in use; if that is only C, the one that LANG names.
 const char* currentLocaleName() {
     static constexpr char kPlainLocale[] = "C";
     const char* name = std::setlocale(LC_ALL, nullptr);
@@ -55,7 +55,7 @@ const char* currentLocaleName() {
     return isNullOrEmpty(name) ? kPlainLocale : name;
 }
 
-// Formats into `out` with its last byte kept free; false when the text doesn't fit.
+// Formats into `out`, whose last byte stays unused; false if the text doesn't fit.
 bool formatTime(char* out, std::int16_t size, const char* format, const std::tm& time) {
     return size > 1 && std::strftime(out, static_cast<std::size_t>(size) - 1, format, &time) != 0;
 }

@@ -1,4 +1,4 @@
-// What the services ask the operating system: code page, codeset, date and time, a sleep.
+// Services of the operating system: code page and codeset of the locale, date and time, a sleep.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 
 namespace dnz {
 
-// Room for any codeset name.
+// The size of the longest codeset name, its terminator included.
 constexpr std::size_t kCodesetSize = 20;
 
 // Options of xnzQueryDateTime2.
@@ -15,19 +15,19 @@ constexpr std::int16_t kUniversalTime = 2;
 
 }  // namespace dnz
 
-// The code page of the system, 819 where nothing else is known. Sets the process locale from
-// the environment, for all categories, and leaves it so (setlocale, ISO C).
+// The code page of the system, 819 if it isn't known. Sets the process locale from the environment,
+// for all categories (setlocale, ISO C), and does not restore it.
 std::int32_t ObtainSystemCP();
 
-// Writes the codeset name of the current locale to `codeset`, which has kCodesetSize bytes.
-// Where the locale is "C", the variable LANG names it.
+// Writes the codeset name of the current locale to `codeset`, which has kCodesetSize bytes. If the
+// locale is "C", the variable LANG names the locale.
 void xnzGetCodeset(char* codeset);
 
-// Date in the locale's form with a blank behind it, and time as hh:mm:ss. The sizes are those
-// of the buffers in bytes, of which the last stays unused. Returns 0, xecU_E_INVALID_OPTION
-// with both buffers untouched, or xecU_E_TIME_ERROR when a text doesn't fit.
+// Writes the date in the locale's format, followed by a space, and the time as hh:mm:ss. The sizes
+// are those of the buffers in bytes; the last byte stays unused. Returns 0, xecU_E_INVALID_OPTION
+// with both buffers untouched, or xecU_E_TIME_ERROR if a text doesn't fit.
 std::int32_t xnzQueryDateTime2(std::int16_t option, char* date, char* time, std::int16_t dateSize,
                                std::int16_t timeSize);
 
-// Sleeps, in whole seconds: the time goes up to the next one.
+// Sleeps for a whole number of seconds, rounded up.
 void xnzSleep(std::uint32_t milliseconds);

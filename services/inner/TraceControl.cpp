@@ -110,7 +110,7 @@ std::int32_t xnz_xtrTerminate() {
         return kServiceOk;
     }
     constexpr char kRow[] = "!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!!";
-    // Both records now: the file is about to close.
+    // Both records now, before the file is closed.
     { const ServiceTraceScope trace("xnz_xtrTerminate"); }
     xnztr_text(kRow);
     xnztr_text("Trace termination - closing trace file");

@@ -21,7 +21,7 @@ using namespace dnz;
 
 namespace {
 
-// A trace may not change what its callers see, and errno is a channel of some of them.
+// A trace must not change what its callers see, and some of them return results in errno.
 class ErrnoKeeper {
 public:
     ErrnoKeeper() : saved_(errno) {}

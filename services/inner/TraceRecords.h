@@ -1,7 +1,7 @@
-// Trace records: what the code leaves in the trace file of its process.
-// Entry and exit records also keep the function stack, which runs whether or not the process
-// traces. All operations do nothing before the services are started, never fail as seen by the
-// caller, and leave errno as it was. The program calls them from one thread.
+// Trace records: what operations write to the trace file of their process.
+// Entry and exit records also maintain the function stack, whether or not the process traces.
+// Before the services are started the operations do nothing. They report no errors and leave errno
+// as it was. The program calls them from one thread.
 #pragma once
 
 #include <cstddef>
@@ -11,14 +11,14 @@
 
 namespace dnz {
 
-// Room for the longest text of a return code, the terminator included.
+// The size of the longest text of a return code, its terminator included.
 constexpr std::size_t kReturnCodeTextSize = 63;
 
 // Kinds of records for xnz_trcgent.
 constexpr std::int32_t kTextRecord = 0;
 constexpr std::int32_t kDumpRecord = 1;
 
-// Whether records are written at present; for callers that would build a text in vain.
+// Whether records are written at present; lets callers skip building a text.
 [[nodiscard]] bool isTracing();
 
 }  // namespace dnz
@@ -27,7 +27,7 @@ void xnztr_entry(const char* functionName);
 void xnztr_exit(const char* functionName, std::int32_t returnCode);
 // A line of free text. A null text writes nothing.
 void xnztr_text(const char* text);
-// A hexadecimal dump, in chunks of 4000 bytes; null data leaves a line that says so.
+// A hexadecimal dump, in chunks of 4000 bytes. For null data a line says so.
 void xnztr_data(const void* data, std::uint16_t length);
 
 // Writes the text of a return code to `out`, which has kReturnCodeTextSize bytes: "OK", a
@@ -44,10 +44,11 @@ void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data);
 
 namespace dnz {
 
-// An entry whose caller stores the name: the row of the function stack for it, or null.
+// Writes an entry record. Returns the row of the function stack in which the caller stores the
+// name, or null.
 char* enterFunction(const char* functionName);
 
-// Traces one operation of the services. The outer layer has its twin for the code above it.
+// Traces one operation of the services. Code above the services uses TraceScope of ServiceCalls.h.
 using ServiceTraceScope = BasicTraceScope<enterFunction, xnztr_entry, xnztr_exit>;
 
 }  // namespace dnz

@@ -1,6 +1,6 @@
 # The services of the gateway, for find_package(dnzservices): link with dnz::services and include
-# "services/outer/ServiceCalls.h" and its neighbours. Everything is found from the place of this file, so that
-# a staged installation serves too.
+# "services/outer/ServiceCalls.h", for example. All paths are relative to this file, so that a staged
+# installation can be used too.
 cmake_path(SET dnzservices_root NORMALIZE "${CMAKE_CURRENT_LIST_DIR}/../../..")
 
 if(NOT TARGET dnz::services)

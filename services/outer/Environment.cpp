@@ -46,7 +46,7 @@ const char* dnz::initializeFromEnvironmentFile(const char* path) {
         return nullptr;
     }
     char line[kLineSize];
-    // A last line without a line end is not looked at: end of file is tested before its text.
+    // A last line without a line end is ignored: the end of the file is tested before its text.
     while (std::fgets(line, kLineSize, file.get()) != nullptr && std::feof(file.get()) == 0) {
         line[std::strcspn(line, "\r\n")] = '\0';
         if (std::strstr(line, "DNZ_TRACE") != nullptr) {

@@ -1,4 +1,4 @@
-// A numbered message, ready to be written.
+// A numbered message of the catalogue as finished text.
 #pragma once
 
 #include <cstddef>
@@ -8,11 +8,11 @@
 
 namespace dnz {
 
-// The room for a message, its terminator included; what doesn't fit is cut.
+// The size of a message, its terminator included. A longer message is cut.
 constexpr std::size_t kMessageSize = 2000;
 
-// Fetches a message with up to two text inserts, null for one that isn't given. Where the
-// catalogue fails, the text is one that is built in; without storage it is empty.
+// Fetches a message with up to two text inserts, null for none. If the catalogue fails, a built-in
+// text takes its place; if memory runs out, the text is empty.
 class MessageText {
 public:
     explicit MessageText(std::int32_t number, const char* insert1 = nullptr,

@@ -67,7 +67,7 @@ std::int32_t dnzxGetMessage(std::int32_t number, std::int32_t /*unused1*/, xcsIN
     startServicesOnce();
     const std::int32_t code = xnzGetMessage(number, kPlainMessage, inserts, kInsertCcsid, buffer1,
                                             size1, buffer2, size2, buffer3, size3);
-    // No retrieval gives this code today; one that does will have this to say.
+    // No retrieval returns this code today.
     if (code == xecE_E_MSG_FILE_CORRUPTED && buffer1 != nullptr) {
         BoundedText(buffer1, size1)
             .appendf("The error message %" PRIu32

@@ -15,7 +15,7 @@ using namespace dnz;
 
 namespace {
 
-// As much of a name as leaves room for the zero byte behind it.
+// The part of a name that fits with its terminator.
 std::string_view usableName(const char* name) {
     return {name, strnlen(name, kServiceNameSize - 1)};
 }
