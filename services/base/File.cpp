@@ -18,18 +18,18 @@ constexpr mode_t kOwnerOnly = 0600;
 
 // Doesn't wait for the other end of a pipe, but does wait for a process that has a lease on the
 // file.
-FileDescriptor openUnlessPipe(const char* path, int flags, mode_t mode) {
+FileDescriptor openUnlessPipe(const char* path, int flags) {
     const int allFlags = flags | O_NOCTTY | O_CLOEXEC;
-    FileDescriptor file(::open(path, allFlags | O_NONBLOCK, mode));
+    FileDescriptor file(::open(path, allFlags | O_NONBLOCK, kByUmask));
     // This error means a lease, which only regular files have.
     if (!file.isOpen() && errno == EWOULDBLOCK) {
-        return FileDescriptor(::open(path, allFlags, mode));
+        return FileDescriptor(::open(path, allFlags, kByUmask));
     }
     return file;
 }
 
 FileDescriptor openRegular(const char* path, int flags) {
-    FileDescriptor file = openUnlessPipe(path, flags, kByUmask);
+    FileDescriptor file = openUnlessPipe(path, flags);
     struct stat status {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return {};
@@ -57,7 +57,8 @@ FileDescriptor openRegularFile(const char* path) {
 
 StreamHandle openPrivateStream(const char* path, const char* mode) {
     const int access = std::string_view(mode) == "a+" ? O_RDWR : O_WRONLY;
-    return streamOf(openUnlessPipe(path, access | O_CREAT | O_APPEND, kOwnerOnly), mode);
+    const int flags = access | O_CREAT | O_APPEND | O_NOCTTY | O_CLOEXEC;
+    return streamOf(FileDescriptor(::open(path, flags, kOwnerOnly)), mode);
 }
 
 StreamHandle openEmptiedStream(const char* path) {

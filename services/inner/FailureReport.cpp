@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdarg>
 #include <ctime>
-#include <string>
 #include <string_view>
 
 #include "services/base/File.h"
@@ -50,11 +49,12 @@ void printBorder(char* line, std::FILE* stream) {
     printRow(line, stream);
 }
 
-// The current time in the format of ctime, without its line feed.
-std::string presentTime() {
+// The current time in the format of ctime, without its line feed. Borrowed from the C library: the
+// report may be about memory that ran out.
+std::string_view presentTime() {
     const std::time_t now = std::time(nullptr);
     const std::string_view text = viewOf(std::ctime(&now));
-    return std::string(text.substr(0, text.find('\n')));
+    return text.substr(0, text.find('\n'));
 }
 
 // Callers in other programs may omit a comment.
@@ -111,6 +111,7 @@ std::int32_t CreateWYRD(const char* functionName, std::int32_t probe, xcsINSERTS
     if (fdcFile == nullptr) {
         return kServiceOk;
     }
+    const std::string_view time = presentTime();
     char line[kReportLineSize];
     char majorCode[kReturnCodeTextSize];
     char minorCode[kReturnCodeTextSize];
@@ -121,7 +122,7 @@ std::int32_t CreateWYRD(const char* functionName, std::int32_t probe, xcsINSERTS
     printText(fdcFile, "  HVL First Failure Symptom Report");
     printText(fdcFile, "====================================");
     PrintBlank(line, fdcFile);
-    printText(fdcFile, "Date/Time         :- %s", presentTime().c_str());
+    printText(fdcFile, "Date/Time         :- %.*s", static_cast<int>(time.size()), time.data());
     printText(fdcFile, "Code Level           :- %-63.63s", xnz_level);
     printText(fdcFile, "Function Name     :- %-63.63s", functionName);
     printText(fdcFile, "Probe Id          :- HVL%d", probe);
