@@ -38,7 +38,7 @@ def read_cases():
     common, *parts = re.split('(?m)^== (.*)\n', re.sub('(?m)^#.*\n', '', read(CASES)))
     for title, part in zip(parts[::2], parts[1::2]):
         _, items, rows, text = re.fullmatch('(?s)(each ?(.*?)\n((?:  .*?\n)*))?(.*)', part).groups('')
-        for row in rows.splitlines() or items.split(', '):
+        for row in re.split(r'\n| {3,}(?! |\|)', rows.rstrip()) if rows else items.split(', '):
             values = dict(enumerate(re.split(r' +\| ?', row.strip()), 1))
             yield f'{title} {row}', common + re.sub(r'\$(\d)', lambda m: values[int(m[1])], text)
             common = re.sub(r'(?m)^(file|without) .*\n(  .*\n)*', '', common)
