@@ -26,17 +26,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Input input(data, size);
     const auto number = static_cast<std::int32_t>(input.number(4));
     const std::int32_t control = input.byte() % 16;
-    const std::uint32_t sizes[] = {input.number(2) % 3000, input.number(2) % 3000,
-                                   input.number(2) % 3000};
-    const std::string texts[] = {input.textTo({"", 1}), input.textTo({"", 1}),
-                                 input.textTo({"", 1})};
-    catalogueText = input.textTo({"", 1});
-    xcsINSERTS inserts;
-    inserts.number1 = number;
-    inserts.text1 = texts[0].c_str();
-    inserts.text2 = texts[1].c_str();
-    inserts.text3 = texts[2].empty() ? nullptr : texts[2].c_str();
-
+    const auto bufferSize = [&] { return input.number(2) % 3000; };
+    const std::uint32_t sizes[] = {bufferSize(), bufferSize(), bufferSize()};
+    const auto text = [&] { return input.textTo({"", 1}); };
+    const std::string texts[] = {text(), text(), text()};
+    catalogueText = text();
+    const xcsINSERTS inserts{.number1 = number,
+                             .text1 = texts[0].c_str(),
+                             .text2 = texts[1].c_str(),
+                             .text3 = texts[2].empty() ? nullptr : texts[2].c_str()};
     std::int32_t codes[2];
     std::string sections[2][3];
     for (const int isFolded : {0, 1}) {

@@ -11,8 +11,7 @@ import signal
 import tempfile
 import unittest
 
-from program import ROOT, form, messages, run
-from staging import BUILD, cached
+from program import BUILD, ROOT, cached, form, messages, run
 
 PROGRAM, SANITIZERS = BUILD / 'frontend/dnzcnf', cached('DNZCNF_SANITIZE')
 OLD = b'T 5 #only there\n'

@@ -2,8 +2,7 @@
 one they name. Whole answers and whole files are compared. Unless the cases trace by themselves,
 they run a second time with tracing on: nothing may change, and each trace has to explain itself.
 
-Usage: run_case.py SOURCE BUILD CASEFILE. docs/request-cases.md tells how cases are written.
-"""
+docs/request-cases.md tells how cases are written."""
 import collections
 import difflib
 import fcntl
@@ -17,7 +16,7 @@ import tempfile
 import program
 import traces
 
-BUILD, CASES = map(pathlib.Path, sys.argv[2:])
+CASES = pathlib.Path(sys.argv[1])
 FIXTURES = pathlib.Path(__file__).parent / 'fixtures'
 ENCODING = 'latin-1'  # bytes pass through unchanged
 MESSAGES = program.messages(encoding=ENCODING)
@@ -37,8 +36,13 @@ def read_cases():
     """Title and text of each case, those of a table one by one."""
     common, *parts = re.split('(?m)^== (.*)\n', re.sub('(?m)^#.*\n', '', read(CASES)))
     for title, part in zip(parts[::2], parts[1::2]):
-        _, items, rows, text = re.fullmatch('(?s)(each ?(.*?)\n((?:  .*?\n)*))?(.*)', part).groups('')
-        for row in re.split(r'\n| {3,}(?! |\|)', rows.rstrip()) if rows else items.split(', '):
+        title, _, request = title.partition(' [')
+        kind, *others = request[:-1].split('; ')
+        text, *each = re.split(r'(?m)^each ?(.*)\n((?:  .*\n)*)', f'{kind}\n{part}')
+        text = ''.join([text, *each[2:], *(f'{line}\n' for line in others)])
+        items = each and (each[0].split(', ') if each[0] else re.split(
+            r'\n| {3,}(?! |\|)', each[1].rstrip()))
+        for row in items or ['']:
             values = dict(enumerate(re.split(r' +\| ?', row.strip()), 1))
             yield f'{title} {row}', common + re.sub(r'\$(\d)', lambda m: values[int(m[1])], text)
             common = re.sub(r'(?m)^(file|without) .*\n(  .*\n)*', '', common)
@@ -73,12 +77,6 @@ def saved_line(name, value, description, *_):
     if value or description:
         return f'{name} {value} #{description or " "}' if value else f'{name}  #{description}'
     return name
-
-
-def changes(lines):
-    """Names with their new values, None for one that is taken away."""
-    return [(name, value if sets else None) for arguments, _ in lines
-            for name, sets, value in (change.partition('=') for change in arguments.split(', '))]
 
 
 def fill(template, **values):
@@ -120,6 +118,11 @@ class Case:
     def text(self, keyword):
         return ''.join(text for _, text in self.lines[keyword])
 
+    def changes(self, keyword):
+        """Names with their new values, None for one that is taken away."""
+        return [(name, value if sets else None) for arguments, _ in self.lines[keyword]
+                for name, sets, value in (item.partition('=') for item in arguments.split(', '))]
+
     def compare(self, what, expected, actual):
         if expected != actual:
             self.differences += difflib.unified_diff(
@@ -142,7 +145,7 @@ class Case:
                     NEW_FIELDS if new else kinds, cells(row)) if cell)
         if self.kind in ('save', 'back'):
             fields.update(dnzINIsave=name or fields['dnzINIsave'], dnzSave='Save')
-        fields.update(changes(self.lines['with']))
+        fields.update(self.changes('with'))
         return {field: value for field, value in fields.items() if value is not None}
 
     def make_files(self):
@@ -160,7 +163,8 @@ class Case:
             (self.folder / name).unlink()
 
     def files(self):
-        return {str(path.relative_to(self.folder)): read(path)
+        return {str(path.relative_to(self.folder)):
+                read(path) + '(executable)' * os.access(path, os.X_OK)
                 for path in self.folder.rglob('*') if path.is_file()}
 
     def check(self):
@@ -169,14 +173,14 @@ class Case:
         files = self.files()
         body = '&'.join([program.form(self.fields, ENCODING).decode()] * bool(self.fields)
                         + self.text('raw').splitlines()).encode(ENCODING)
-        variables = {'NLSPATH': f'{BUILD}/install/%N.cat'}
+        variables = {'NLSPATH': program.BUILD / 'install/%N.cat'}
         if self.trace_folder:
             variables.update(DNZ_TRACE='ON', DNZ_PATH=self.trace_folder)
-        variables.update(changes(self.lines['env']))
+        variables.update(self.changes('env'))
         for name, _ in self.lines['leased']:
             lease(self.folder / name)
         answer = program.run(
-            [BUILD / 'frontend/dnzcnf'], self.folder, body or None, variables,
+            [program.BUILD / 'frontend/dnzcnf'], self.folder, body or None, variables,
             preexec_fn=lambda: [os.close(int(stream)) for stream in self.argument('closed').split()])
         output = answer.output.decode(ENCODING)
         self.check_trace(self.folder / (self.trace_folder or self.argument('trace')), variables,

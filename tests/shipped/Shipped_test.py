@@ -2,8 +2,7 @@
 import tempfile
 import unittest
 
-from program import form, run
-from staging import BUILD, output_of
+from program import BUILD, form, output_of, run
 
 
 class Shipped(unittest.TestCase):
