@@ -17,13 +17,6 @@ namespace {
 
 using namespace std::string_literals;
 
-struct CollectingCache : Cache {
-    void write(const char* text, long length) override {
-        written.append(text, static_cast<std::size_t>(length));
-    }
-    std::string written;
-};
-
 // A copy is equal to its original, and has an array of its own.
 template <typename Part>
 void expectOwnEqualCopy(const Part& part, Part other) {
@@ -42,6 +35,10 @@ TEST_F(Services, PartsAndSetsServeOtherPrograms) {
     NameValuePairSet set;
     EXPECT_EQ(set.push(&pairs[0]) + set.push(&pairs[1]) + set.push(&pairs[2]), 3U);
     EXPECT_EQ(set.pull(&pairs[0]) + set.pull(&pairs[0]), 1U);
+    char* text = pairs[1].get_oName();
+    unsigned long size = 1;
+    pairs[2].getValue(&text, &size);
+    EXPECT_TRUE(text == nullptr && size == 0);
     pairs[2].set_oValue(new char[2]{'v', '\0'});
     pairs[2].set_oValueLength(2);
     testing::internal::CaptureStdout();
@@ -68,7 +65,11 @@ TEST_F(Services, PartsAndSetsServeOtherPrograms) {
 TEST_F(Services, TransportsServeOtherPrograms) {
     writeFile("other.ini", "b request\nNZIGwQueueManager QM2\n");
     writeFile("dnz.ini", "b default\nc default\nNZIGwQueueManager QM1\n");
-    CollectingCache cache;
+    struct : Cache {
+        void write(const char* text, long length) override { size += length, written += text; }
+        std::string written;
+        long size = 0;
+    } cache;
     check(R"(a=form&b=x a => form | b=&NZIGwIniFile=other.ini b => request | b= b => default
         NZIGwIniFile=other.ini c => default | NZIGwQueueManager= NZIGwQueueManager => none
         NZIGwIniFile= c => default | NZIGwIniFile=other.ini NZIGwQueueManager => QM2 | x=y e => -)",
