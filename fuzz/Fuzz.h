@@ -1,6 +1,6 @@
 // What a fuzz target is made of: the bytes that it gets, from which it takes its arguments from the
 // front on, and what it demands. A number or text is zero or empty where the bytes have ended.
-// With REPLAY, and without libFuzzer, the program runs over the files of a folder, as a test.
+// With REPLAY, and without libFuzzer, the program runs over files, as a test.
 #pragma once
 
 #include <algorithm>
@@ -54,14 +54,12 @@ inline void require(bool holds, const char* property) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
 #ifdef REPLAY
-int main(int /*count*/, char** arguments) {
-    int files = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(arguments[1])) {
-        const std::string bytes = contentsOf(entry.path());
-        std::fprintf(stderr, "%s\n", entry.path().filename().c_str());
+int main(int count, char** arguments) {
+    require(count > 1, "there are inputs");
+    for (int i = 1; i < count; ++i) {
+        const std::string bytes = contentsOf(arguments[i]);
+        std::fprintf(stderr, "%s\n", arguments[i]);
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
-        ++files;
     }
-    return files > 0 ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 #endif

@@ -1,4 +1,6 @@
 // A whole request: a form and an ini file in, a page and a file out.
+#include <sstream>
+
 #include "Fuzz.h"
 #include "config/IniFileSet.h"
 #include "frontend/CGIInterface.h"
@@ -6,18 +8,14 @@
 
 using namespace dnz;
 
-// What is longer than this is read as two lines. Only an entry that a save takes over from its
+// What is longer than 255 bytes is read as two lines. Only an entry that a save takes over from its
 // target, and that gets a mark for its description then, grows beyond that.
 static bool hasLongLine(const std::string& text) {
-    constexpr std::size_t kLongest = 255;
-    for (std::size_t start = 0; start < text.size();) {
-        const std::size_t end = std::min(text.find('\n', start), text.size());
-        if (end - start > kLongest) {
-            return true;
-        }
-        start = end + 1;
+    std::istringstream lines(text);
+    std::string line;
+    while (line.size() <= 255 && std::getline(lines, line)) {
     }
-    return false;
+    return line.size() > 255;
 }
 
 static std::string savedAgain(const char* from, const char* to) {
@@ -29,7 +27,6 @@ static std::string savedAgain(const char* from, const char* to) {
 
 // The ini file, a line of two dashes, the form.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    static const TemporaryDirectory directory;
     Input input(data, size);
     const std::string file = input.textTo("\n--\n");
     const std::string form = input.rest();
@@ -38,9 +35,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         form.find("%2F") != form.npos) {
         return 0;
     }
-    for (const auto& entry : std::filesystem::directory_iterator(".")) {
-        std::filesystem::remove(entry.path());
-    }
+    const TemporaryDirectory directory;
     writeFile("dnz.ini", file);
     writeFile("bystander.ini", file);
     writeFile("dnzcnf2.htm", "<form>\n");

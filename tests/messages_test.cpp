@@ -124,15 +124,4 @@ TEST_F(Services, HandOutInserts) {
               EXPECT_EQ(buffer[size], size < 20 ? '?' : '\0');
               return (code == 77 ? "" : "cut: ") + std::string(buffer);
           });
-    char** table = nullptr;
-    std::int32_t count = 0;
-    ASSERT_EQ(xcsConvertInserts(0x40001022, someInserts(), kInsertCcsid, &table, &count), 0);
-    const char* place = reinterpret_cast<const char*>(table + count);
-    std::string all;
-    for (std::int32_t i = 0; i < count; place += std::strlen(place) + 1, ++i) {
-        EXPECT_EQ(table[i], place);
-        all.append(table[i]).append("|");
-    }
-    std::free(table);
-    EXPECT_EQ(all, "-1|-2147483648|50% %4||third|1073745954|FFFFFFFF|80000000|");
 }

@@ -83,20 +83,18 @@ TEST_F(Services, DumpLinesOfSixteenBytes) {
     const std::string zeros =
         "         0000  00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00  : ................\n";
     const std::string same = " lines identical to above ---\n";
-    EXPECT_EQ(traced([] {
-                  const std::string text = std::string(5009, '\0') + "Hello, world!\377";
-                  xnztr_data(text.data(), 5009);
-                  xnztr_data(nullptr, 5);
-                  xnztr_data(text.data() + 5007, 18);
-                  xnz_trcgent(kDumpRecord + 1, 3, "abc");
-                  xnz_trcgent(kDumpRecord, 0, "abc");
-              }),
+    const std::string text = std::string(5009, '\0') + "Hello, world!\377";
+    const std::string records = traced([&] {
+        xnztr_data(text.data(), 5009);
+        xnztr_data(nullptr, 5);
+        xnztr_data(text.data() + 5007, 18);
+        xnz_trcgent(kDumpRecord + 1, 3, "abc");
+        xnz_trcgent(kDumpRecord, 0, "abc");
+    });
+    EXPECT_EQ(std::regex_replace(records, std::regex(" {14,}"), "~"),
               zeros + "         --- 249" + same + zeros + "         --- 62" + same +
-                  "         03F0  00" + std::string(47, ' ') + ": ." + std::string(15, ' ') + "\n" +
-                  "  has NULL pointer\n         0000  "
-                  "00 00 48 65 6C 6C 6F 2C 20 77 6F 72 6C 64 21 FF  : ..Hello, world!.\n"
-                  "         0010  00 00" +
-                  std::string(44, ' ') + ": .." + std::string(14, ' ') + "\n");
+                  "         03F0  00~: .~\n  has NULL pointer\n         0000  00 00 48 65 6C 6C 6F "
+                  "2C 20 77 6F 72 6C 64 21 FF  : ..Hello, world!.\n         0010  00 00~: ..~\n");
 }
 
 TEST_F(Services, ReportInOneFileButNotIntoAReport) {
@@ -109,7 +107,9 @@ TEST_F(Services, ReportInOneFileButNotIntoAReport) {
         EXPECT_EQ(ownFile("FDC").size(), reports * size);
     }
     EXPECT_EQ(block_.inFailureReport, 0);
-    EXPECT_NE(ownFile("FDC").find("Function Name     :- first_function!!!"), std::string::npos);
+    for (const char* line : {"Function Name     :- first_function!!!", "Minor Errorcode   :- OK"}) {
+        EXPECT_NE(ownFile("FDC").find(line), std::string::npos);
+    }
 }
 
 TEST_F(Services, TakeTheCodePageFromTheLocale) {

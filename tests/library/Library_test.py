@@ -1,8 +1,7 @@
 """The example program, built with nothing but the installed library."""
 import re
 
-from program import ROOT, messages, run
-from staging import StagedTest, cached, output_of
+from program import ROOT, StagedTest, cached, messages, output_of, run
 
 FLAGS = '-Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror'
 
@@ -32,7 +31,6 @@ class Library(StagedTest):
         self.assertIn(b"The text can't be converted: ", answer.errors)
 
     def test_every_header_compiles_alone(self):
-        root = self.folder / 'opt/nzm/include/dnz'
-        for header in root.glob('**/*.h'):
-            output_of(cached('CMAKE_CXX_COMPILER'), '-std=c++20', '-fsyntax-only', '-I', root,
-                      '-x', 'c++', '-include', header, '/dev/null')
+        for header in (self.folder / 'opt/nzm/include/dnz').rglob('*.h'):
+            output_of(cached('CMAKE_CXX_COMPILER'), '-std=c++20', '-fsyntax-only', '-x', 'c++',
+                      '-include', header, '/dev/null')

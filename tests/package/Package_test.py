@@ -4,8 +4,7 @@ import re
 import subprocess
 import tarfile
 
-from program import ROOT
-from staging import BUILD, StagedTest, cached, output_of
+from program import BUILD, ROOT, StagedTest, cached, output_of
 
 VERSION = cached('CMAKE_PROJECT_VERSION')
 

@@ -2,8 +2,7 @@
 one they name. Whole answers and whole files are compared. Unless the cases trace by themselves,
 they run a second time with tracing on: nothing may change, and each trace has to explain itself.
 
-Usage: run_case.py SOURCE BUILD CASEFILE. docs/request-cases.md tells how cases are written.
-"""
+docs/request-cases.md tells how cases are written."""
 import collections
 import difflib
 import fcntl
@@ -17,7 +16,7 @@ import tempfile
 import program
 import traces
 
-BUILD, CASES = map(pathlib.Path, sys.argv[2:])
+CASES = pathlib.Path(sys.argv[1])
 FIXTURES = pathlib.Path(__file__).parent / 'fixtures'
 ENCODING = 'latin-1'  # bytes pass through unchanged
 MESSAGES = program.messages(encoding=ENCODING)
@@ -37,8 +36,13 @@ def read_cases():
     """Title and text of each case, those of a table one by one."""
     common, *parts = re.split('(?m)^== (.*)\n', re.sub('(?m)^#.*\n', '', read(CASES)))
     for title, part in zip(parts[::2], parts[1::2]):
-        _, items, rows, text = re.fullmatch('(?s)(each ?(.*?)\n((?:  .*?\n)*))?(.*)', part).groups('')
-        for row in rows.splitlines() or items.split(', '):
+        title, _, request = title.partition(' [')
+        kind, *others = request[:-1].split('; ')
+        text, *each = re.split(r'(?m)^each ?(.*)\n((?:  .*\n)*)', f'{kind}\n{part}')
+        text = ''.join([text, *each[2:], *(f'{line}\n' for line in others)])
+        items = each and (each[0].split(', ') if each[0] else re.split(
+            r'\n| {3,}(?! |\|)', each[1].rstrip()))
+        for row in items or ['']:
             values = dict(enumerate(re.split(r' +\| ?', row.strip()), 1))
             yield f'{title} {row}', common + re.sub(r'\$(\d)', lambda m: values[int(m[1])], text)
             common = re.sub(r'(?m)^(file|without) .*\n(  .*\n)*', '', common)
@@ -75,12 +79,6 @@ def saved_line(name, value, description, *_):
     return name
 
 
-def changes(lines):
-    """Names with their new values, None for one that is taken away."""
-    return [(name, value if sets else None) for arguments, _ in lines
-            for name, sets, value in (change.partition('=') for change in arguments.split(', '))]
-
-
 def fill(template, **values):
     return re.sub('<([a-z]+)>', lambda match: str(values[match[1]]), template)
 
@@ -93,11 +91,11 @@ def lease(path):
 
 
 class Case:
-    """One case in one pass. What differs from its outcome is collected."""
+    """One case in one pass."""
 
     def __init__(self, text, folder, trace_folder, shown):
         self.folder, self.trace_folder = folder, trace_folder
-        self.differences, self.rows, self.kind = [], [], ''
+        self.rows, self.kind = [], ''
         self.lines = collections.defaultdict(list)
         for keyword, arguments, text, block in re.findall(
                 r'^(\w+) ?(.*?)(?:: (.*))?\n((?:  .*\n|\n(?=\n*  ))*)', text, re.MULTILINE):
@@ -120,11 +118,15 @@ class Case:
     def text(self, keyword):
         return ''.join(text for _, text in self.lines[keyword])
 
+    def changes(self, keyword):
+        """Names with their new values, None for one that is taken away."""
+        return [(name, value if sets else None) for arguments, _ in self.lines[keyword]
+                for name, sets, value in (item.partition('=') for item in arguments.split(', '))]
+
     def compare(self, what, expected, actual):
-        if expected != actual:
-            self.differences += difflib.unified_diff(
-                *([repr(line) for line in text.splitlines(True)] for text in (expected, actual)),
-                f'{what}, expected', f'{what}, actual', lineterm='', n=1)
+        assert expected == actual, '\n'.join(difflib.unified_diff(
+            *([repr(line) for line in text.splitlines(True)] for text in (expected, actual)),
+            f'{what}, expected', f'{what}, actual', lineterm='', n=1))
 
     def form_fields(self, shown):
         """The fields of the form post, or none."""
@@ -142,7 +144,7 @@ class Case:
                     NEW_FIELDS if new else kinds, cells(row)) if cell)
         if self.kind in ('save', 'back'):
             fields.update(dnzINIsave=name or fields['dnzINIsave'], dnzSave='Save')
-        fields.update(changes(self.lines['with']))
+        fields.update(self.changes('with'))
         return {field: value for field, value in fields.items() if value is not None}
 
     def make_files(self):
@@ -160,7 +162,8 @@ class Case:
             (self.folder / name).unlink()
 
     def files(self):
-        return {str(path.relative_to(self.folder)): read(path)
+        return {str(path.relative_to(self.folder)):
+                read(path) + '(executable)' * os.access(path, os.X_OK)
                 for path in self.folder.rglob('*') if path.is_file()}
 
     def check(self):
@@ -169,14 +172,14 @@ class Case:
         files = self.files()
         body = '&'.join([program.form(self.fields, ENCODING).decode()] * bool(self.fields)
                         + self.text('raw').splitlines()).encode(ENCODING)
-        variables = {'NLSPATH': f'{BUILD}/install/%N.cat'}
+        variables = {'NLSPATH': program.BUILD / 'install/%N.cat'}
         if self.trace_folder:
             variables.update(DNZ_TRACE='ON', DNZ_PATH=self.trace_folder)
-        variables.update(changes(self.lines['env']))
+        variables.update(self.changes('env'))
         for name, _ in self.lines['leased']:
             lease(self.folder / name)
         answer = program.run(
-            [BUILD / 'frontend/dnzcnf'], self.folder, body or None, variables,
+            [program.BUILD / 'frontend/dnzcnf'], self.folder, body or None, variables,
             preexec_fn=lambda: [os.close(int(stream)) for stream in self.argument('closed').split()])
         output = answer.output.decode(ENCODING)
         self.check_trace(self.folder / (self.trace_folder or self.argument('trace')), variables,
@@ -237,8 +240,8 @@ class Case:
                 self.compare('trace', part, part if part in records else records)
         for place, report in self.lines['report']:
             text = traces.read_report(self.take(self.folder / place / f'{stem}.FDC'), stem)
-            lines = [line for line in report.splitlines(True) if line.strip() in text]
-            self.compare('report', report, text if report.startswith('+') else ''.join(lines))
+            self.compare('report', report, text if report.startswith('+') else ''.join(
+                line for line in report.splitlines(True) if line.strip() in text))
 
     def take(self, path):
         self.compare('mode', '0o100600', oct(path.stat().st_mode))
@@ -248,22 +251,20 @@ class Case:
 
 
 def run_pass(trace_folder=None):
-    """The differences of all cases."""
+    """All cases, up to the first that differs from its outcome."""
     with tempfile.TemporaryDirectory(prefix='dnzcnf-') as name:
         folder, shown = pathlib.Path(name).resolve(), ''
         for name, text in TEMPLATES.items():
             (folder / name).write_text(text)
         for title, text in read_cases():
-            case = Case(text, folder, trace_folder, shown)
             try:
-                output = case.check()
+                output = Case(text, folder, trace_folder, shown).check()
             except (AssertionError, OSError) as problem:
-                case.differences.append(repr(problem))
+                sys.exit(f'{title} (traced: {bool(trace_folder)})\n{problem}')
             shown = output if 'dnzNumPairs' in output else shown
-            if case.differences:
-                yield '\n'.join([f'{title} (traced: {bool(trace_folder)})', *case.differences, ''])
 
 
-with tempfile.TemporaryDirectory(prefix='dnzcnf-trace-') as traces_folder:
-    found = [*run_pass(), *([] if 'DNZ_TRACE' in read(CASES) else run_pass(traces_folder))]
-sys.exit('\n'.join(found) or 0)
+run_pass()
+if 'DNZ_TRACE' not in read(CASES):
+    with tempfile.TemporaryDirectory(prefix='dnzcnf-trace-') as traces_folder:
+        run_pass(traces_folder)

@@ -18,8 +18,8 @@ OTHER_EXITS = {'URLDecoder::hexStringToChar': 'URLDecoder::hexStringToInt'}
 THREAD = re.compile(r'!  PosixThreadId=([0-9a-f]{16})\n!  ThreadId=([0-9a-f]{8,16})\n'
                     r'!  Normalised ThreadId=([0-9a-f]{8})\n')
 
-# Each "@name" line begins a block of records.
-BLOCKS = dict(re.findall(r'^@(\S+)\n((?:  .*\n)*)', (
+# Each "@name" line begins a block of records; one of a single line follows its name.
+BLOCKS = dict(re.findall(r'^@([\w-]+):?((?: .*)?\n(?:  .*\n)*)', (
     pathlib.Path(__file__).parent / 'fixtures/records.txt').read_text(), re.MULTILINE))
 
 
@@ -60,7 +60,7 @@ def read_report(text, stem):
 
 def expand(tree, blocks):
     """The records that a tree stands for."""
-    indent, records = re.match(' *', tree)[0], ''
+    indent, records = re.match('\n?( *)', tree)[1], ''
     for line, below in re.findall(rf'^{indent}(\S.*)\n((?:{indent} .*\n)*)', tree, re.MULTILINE):
         siblings, _, inside = line.partition(' > ')
         inner = (expand(inside + '\n', blocks) if inside else '') + expand(below, blocks)

@@ -8,13 +8,11 @@ import shutil
 import socket
 import subprocess
 
-from program import FORM_TYPE, form
-from staging import StagedTest, free_port, running
+from program import FORM_TYPE, StagedTest, form, free_port, running
 
 PROGRAM, ENTRY = '/cgi-bin/dnzcnf', '/dnzgate/'
 LIMIT = 1024 * 1024
 FILE = b'NZIGwQueue GATE.IN #requests\n'
-SAVED = FILE.replace(b'GATE.IN', b'GATE.NEW')
 SAVE = form({'dnzhidefile': 'dnz.ini', 'dnzINIsave': 'dnz.ini', 'dnzSave': 'save', 'n0': 'NZIGwQueue',
              'v0': 'GATE.NEW', 'd0': 'requests', 'dnzNumPairs': '1'})
 LOGIN, WRONG_PASSWORD, UNKNOWN_USER = (
@@ -32,12 +30,10 @@ REFUSED = {  # a header of a good save, what it must not be, and the status then
     'Content-Type': ((None, 'text/plain', 'multipart/form-data; boundary=x'), {403, 415}),
     'Content-Length': ((LIMIT + 1, 2 ** 62), {413})}
 WRONG_PATHS = (
-    '/dnzgate/dnzcnf1.htm', '/dnzgate/de_DE/', '/dnzgate/dnzcnf.css/', '/dnzgate/../../bin/dnzcnf',
+    '/dnzgate/dnzcnf1.htm', '/dnzgate/de_DE/', '/dnzgate/dnzcnf.css/', '/cgi-bin/../bin/dnzcnf',
     '/dnzgate/%2e%2e/%2e%2e/bin/dnz.cat', '/dnzgate/..%2f..%2fbin%2fdnz.cat', '/cgi-bin/',
-    PROGRAM + '/', PROGRAM + '/dnz.ini', '/cgi-bin/../bin/dnzcnf', '/var/nzm/dnz.ini')
-SHOW_ENVIRONMENT = '''#!/bin/sh
-/bin/cat >/dev/null; echo Content-Type: text/plain; echo; /usr/bin/env
-'''
+    PROGRAM + '/', PROGRAM + '/dnz.ini', '/var/nzm/dnz.ini')
+SHOW_ENVIRONMENT = '#!/bin/sh\n/bin/cat >/dev/null; printf "Content-Type: text/plain\n\n"; /usr/bin/env\n'
 
 
 class Snippet:
@@ -102,10 +98,10 @@ class Snippet:
         answer = self.request(body=b'dnzcnf=open&dnzINIfile=dnz.ini', **browser)
         self.check(answer, {200})
         self.assertIn('"GATE.IN"', answer.text)
-        self.check(self.request(**browser), {200}, SAVED)
+        self.check(self.request(**browser), {200}, saved := FILE.replace(b'GATE.IN', b'GATE.NEW'))
         self.ini.write_bytes(FILE)
         body = (SAVE + b'&x=').ljust(LIMIT, b'x')  # of no browser, and as long as may be
-        self.check(self.request(body=body), {200}, SAVED)
+        self.check(self.request(body=body), {200}, saved)
 
     def test_refused(self):
         for name, (values, statuses) in REFUSED.items():
