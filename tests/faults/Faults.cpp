@@ -22,10 +22,10 @@ static bool fails(const char* name) {
 }
 
 // The linker's names: a call of f goes to __wrap_f, and __real_f is what was called before.
-#define WRAP(type, function, parameters, arguments, name, failure)   \
-    type __real_##function parameters;                               \
-    type __wrap_##function parameters {                              \
-        return fails(name) ? failure : __real_##function arguments;  \
+#define WRAP(type, function, parameters, arguments, name, failure)  \
+    type __real_##function parameters;                              \
+    type __wrap_##function parameters {                             \
+        return fails(name) ? failure : __real_##function arguments; \
     }
 
 extern "C" {

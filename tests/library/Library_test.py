@@ -31,6 +31,7 @@ class Library(StagedTest):
         self.assertIn(b"The text can't be converted: ", answer.errors)
 
     def test_every_header_compiles_alone(self):
-        for header in (self.folder / 'opt/nzm/include/dnz').rglob('*.h'):
+        folder = self.folder / 'opt/nzm/include/dnz'
+        for header in folder.rglob('*.h'):
             output_of(cached('CMAKE_CXX_COMPILER'), '-std=c++20', '-fsyntax-only', '-x', 'c++',
-                      '-include', header, '/dev/null')
+                      '-I', folder, '-include', header, '/dev/null')
