@@ -133,6 +133,7 @@ class Browser(StagedTest):
         self.press('Save')
         self.assertIn('NZIGwQueue GATE.NEW #requests\n', self.ini.read_text())
         self.assertEqual(Elsewhere.asked, set())
+        self.ini.write_text(MARKUP.replace('%s', self.elsewhere))
         self.show_elsewhere()
         self.wait(alert_is_present()).accept()
         self.wait(lambda _: Elsewhere.asked >= set(re.findall(r'%s(/\w+)', MARKUP)))
