@@ -10,7 +10,6 @@
 #include "config/URLDecoder.h"
 #include "frontend/ContextName.h"
 #include "frontend/interface/WebInterface.h"
-#include "services/base/Handle.h"
 #include "services/base/Text.h"
 #include "services/outer/ServiceCalls.h"
 

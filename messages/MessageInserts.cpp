@@ -6,7 +6,6 @@
 #include <cstring>
 #include <string_view>
 
-#include "services/base/Handle.h"
 #include "services/base/ReturnCodes.h"
 #include "services/base/Text.h"
 #include "services/inner/ControlBlock.h"
