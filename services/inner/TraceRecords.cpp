@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <new>
 
 #include "services/base/ReturnCodes.h"
 #include "services/base/Text.h"
@@ -18,6 +19,8 @@
 #include "services/inner/ReturnCodeNames.h"
 
 using namespace dnz;
+
+FunctionStackBlock* pCtl = nullptr;
 
 namespace {
 
@@ -116,8 +119,12 @@ private:
 
 // The first entry, and every one for which there is no storage.
 [[gnu::cold, gnu::noinline]] char* enterWithoutStack(const char* functionName) {
-    makeFunctionStack();
-    return pCtl != nullptr ? enterFunction(functionName) : traceEntry(functionName, 0, nullptr);
+    pCtl = new (std::nothrow) FunctionStackBlock;
+    if (pCtl == nullptr) {
+        return traceEntry(functionName, 0, nullptr);
+    }
+    pCtl->depth = 0;  // says how many of the names are in use, so they needn't be cleared
+    return enterFunction(functionName);
 }
 
 void writeTextRecord(const char* text) {
