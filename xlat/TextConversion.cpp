@@ -134,13 +134,10 @@ std::int32_t openFailure(int error) {
         return NZRC_STORAGE_NOT_AVAILABLE;
     }
     if (error != EINVAL) {
-        xcsINSERTS inserts;
-        inserts.number1 = NZRC_NOT_CONVERTED;
-        inserts.number2 = error;
-        inserts.text1 = "Unexpected Error from xxxOpenConv";
-        inserts.text2 = " ";
-        inserts.text3 = " ";
-        xnz_xcsWYRD("xcsConvertString", 1, inserts);
+        xnz_xcsWYRD("xcsConvertString", 1,
+                    {.number1 = NZRC_NOT_CONVERTED,
+                     .number2 = error,
+                     .text1 = "Unexpected Error from xxxOpenConv"});
     }
     return NZRC_NOT_CONVERTED;
 }

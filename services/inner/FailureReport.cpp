@@ -57,7 +57,7 @@ std::string_view presentTime() {
     return text.substr(0, text.find('\n'));
 }
 
-// Callers in other programs may omit a comment.
+// What a report shows for a comment, which may be missing.
 const char* commentOf(const char* text) {
     return text != nullptr ? text : " ";
 }

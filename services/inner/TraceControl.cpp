@@ -22,13 +22,11 @@ const char* const xnz_level = kCodeLevelLine;
 namespace {
 
 std::int32_t reportUnopenedTraceFile(const char* path, int error) {
-    xcsINSERTS inserts;
-    inserts.number1 = xecX_E_SERVICE_UNAVAILABLE;
-    inserts.number2 = error;
-    inserts.text1 = "Unable to open trace file";
-    inserts.text2 = path;
-    inserts.text3 = " ";
-    xnz_xcsWYRD("xnz_xtrOpenTraceFile", 1, inserts);
+    xnz_xcsWYRD("xnz_xtrOpenTraceFile", 1,
+                {.number1 = xecX_E_SERVICE_UNAVAILABLE,
+                 .number2 = error,
+                 .text1 = "Unable to open trace file",
+                 .text2 = path});
     return xecX_E_SERVICE_UNAVAILABLE;
 }
 
