@@ -35,20 +35,13 @@ void writeHead(std::FILE* file) {
     const char* started = std::ctime(&now);
     std::fprintf(file, "\nTrace for program  ---- Brellin Zentrik ----  started at %s\r\n\r\n",
                  started != nullptr ? started : "\n");
-    std::fflush(file);
-}
-
-void noteUserTrace(const char* traceValue) {
-    if (*traceValue == 'U' || *traceValue == 'u') {
-        xnzCSCtrl->userTrace = 1;
-        xtrUserTrace = 1;
-    }
 }
 
 void startTracing(const char* traceValue) {
     xnzCSCtrl->traceRequested = 1;
-    if (serviceVariable("_PATH") != nullptr) {
-        noteUserTrace(traceValue);
+    if (serviceVariable("_PATH") != nullptr && (*traceValue == 'U' || *traceValue == 'u')) {
+        xnzCSCtrl->userTrace = 1;
+        xtrUserTrace = 1;
     }
     const Path path(serviceDirectory(), ServiceFileName("TRC").view());
     if (!path.fits()) {
@@ -56,11 +49,6 @@ void startTracing(const char* traceValue) {
         return;
     }
     xnz_xtrOpenTraceFile(path.c_str());
-}
-
-void traceBuildDate() {
-    FixedText<32> text("BuildDate ");
-    xnztr_text(text.append(kBuildDate).c_str());
 }
 
 }  // namespace
@@ -73,8 +61,8 @@ std::int32_t xnz_xtrInitialize() {
     if (const char* traceValue = serviceVariable("_TRACE"); traceValue != nullptr) {
         startTracing(traceValue);
     }
-    if (xnzCSCtrl->traceIsOn != 0) {
-        traceBuildDate();
+    if (isTracing()) {
+        xnztr_text(FixedText<32>("BuildDate ").append(kBuildDate).c_str());
     }
     return kServiceOk;
 }
@@ -88,17 +76,13 @@ std::int32_t xnz_xtrOpenTraceFile(const char* path) {
         return reportUnopenedTraceFile(path, errno);
     }
     xnzCSCtrl->traceFile = file;
-    if (xnzCSCtrl->traceRequested != 0) {
-        std::setvbuf(file, nullptr, _IONBF, 0);
-    }
+    std::setvbuf(file, nullptr, _IONBF, 0);  // a record is complete in the file once it is written
     writeHead(file);
     xnzCSCtrl->traceIsOn = 1;
     xtrTraceIsOn = 1;
     std::fprintf(file, "%s\n", xnz_level);
-    std::fflush(file);
     if (xnzCSCtrl->userTrace != 0) {
         std::fputs("\n  !!! User Tracing is activated !!!\n", file);
-        std::fflush(file);
     }
     return kServiceOk;
 }

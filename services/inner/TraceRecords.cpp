@@ -85,7 +85,6 @@ public:
     void writeIdenticalLines() {
         if (identicalLines_ > 0) {
             std::fprintf(file_, "         --- %d lines identical to above ---\n", identicalLines_);
-            std::fflush(file_);
             identicalLines_ = 0;
         }
     }
@@ -101,7 +100,6 @@ private:
         }
         characters[count] = '\0';
         std::fprintf(file_, "         %-54.54s : %-16.16s\n", digits.c_str(), characters);
-        std::fflush(file_);
     }
 
     std::FILE* file_;
@@ -125,11 +123,6 @@ private:
     }
     pCtl->depth = 0;  // says how many of the names are in use, so they needn't be cleared
     return enterFunction(functionName);
-}
-
-void writeTextRecord(const char* text) {
-    std::fprintf(xnzCSCtrl->traceFile, "   ! %s\n", text);
-    std::fflush(xnzCSCtrl->traceFile);
 }
 
 void writeDumpRecord(const unsigned char* bytes, std::size_t length) {
@@ -191,7 +184,6 @@ void xnztr_data(const void* data, std::uint16_t length) {
     if (data == nullptr) {
         const ErrnoKeeper keeper;
         std::fputs("  has NULL pointer\n", xnzCSCtrl->traceFile);
-        std::fflush(xnzCSCtrl->traceFile);
         return;
     }
     const auto* bytes = static_cast<const unsigned char*>(data);
@@ -236,7 +228,6 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
         std::fprintf(xnzCSCtrl->traceFile, "%s\n   <%.*s%s (rc= %s)\n", time, dashes, kDashes,
                      functionName, codeText);
     }
-    std::fflush(xnzCSCtrl->traceFile);
 }
 
 [[gnu::cold]] void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data) {
@@ -245,7 +236,7 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
     }
     const ErrnoKeeper keeper;
     if (kind == kTextRecord) {
-        writeTextRecord(static_cast<const char*>(data));
+        std::fprintf(xnzCSCtrl->traceFile, "   ! %s\n", static_cast<const char*>(data));
     } else if (kind == kDumpRecord && length > 0) {
         writeDumpRecord(static_cast<const unsigned char*>(data), static_cast<std::size_t>(length));
     }
