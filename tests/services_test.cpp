@@ -8,6 +8,7 @@
 #include "services/base/ReturnCodes.h"
 #include "services/base/Text.h"
 #include "services/inner/ControlBlock.h"
+#include "services/inner/OutputFiles.h"
 #include "services/inner/SystemInformation.h"
 #include "services/inner/TraceRecords.h"
 #include "services/outer/Environment.h"
@@ -19,7 +20,7 @@ using namespace dnz;
 namespace {
 
 std::string ownFile(const char* extension) {
-    return contentsOf(ServiceFileName(extension).c_str());
+    return contentsOf(OutputFileName(extension).c_str());
 }
 
 const char* valueOf(const std::string& text) {

@@ -12,6 +12,7 @@
 #include "services/inner/BuildInformation.h"
 #include "services/inner/ControlBlock.h"
 #include "services/inner/FunctionStack.h"
+#include "services/inner/OutputFiles.h"
 #include "services/inner/TraceControl.h"
 #include "services/inner/TraceRecords.h"
 
@@ -64,8 +65,8 @@ const char* commentOf(const char* text) {
 }
 
 StreamHandle openReportFile() {
-    const ServiceFileName name("FDC");
-    if (const char* directory = serviceDirectory(); directory != nullptr) {
+    const OutputFileName name("FDC");
+    if (const char* directory = outputDirectory(); directory != nullptr) {
         const Path path(directory, name.view());
         StreamHandle file = path.fits() ? openPrivateStream(path.c_str(), "a") : nullptr;
         if (file != nullptr) {

@@ -11,6 +11,7 @@
 #include "services/inner/BuildInformation.h"
 #include "services/inner/ControlBlock.h"
 #include "services/inner/FailureReport.h"
+#include "services/inner/OutputFiles.h"
 #include "services/inner/TraceRecords.h"
 
 using namespace dnz;
@@ -43,7 +44,7 @@ void startTracing(const char* traceValue) {
         xnzCSCtrl->userTrace = 1;
         xtrUserTrace = 1;
     }
-    const Path path(serviceDirectory(), ServiceFileName("TRC").view());
+    const Path path(outputDirectory(), OutputFileName("TRC").view());
     if (!path.fits()) {
         reportUnopenedTraceFile(path.c_str(), ENAMETOOLONG);
         return;
