@@ -1,7 +1,5 @@
 #include "xlat/CCSIDTable.h"
 
-#include <algorithm>
-#include <iterator>
 #include <new>
 
 #include "services/base/ReturnCodes.h"
@@ -26,22 +24,7 @@ void xxxInsertNode(CCSIDNode** place, const CCSIDEntry* entry) {
 }
 
 CCSIDNode* xxxCreateNode(const CCSIDEntry* entry) {
-    auto* node = new (std::nothrow) CCSIDNode{};
-    if (node != nullptr) {
-        setNodeFields(node, *entry);
-    }
-    return node;
-}
-
-void dnz::setNodeFields(CCSIDNode* node, const CCSIDEntry& entry) {
-    node->ccsid = entry.ccsid;
-    node->sbcsPage = entry.sbcsPage;
-    node->dbcsPage = entry.dbcsPage;
-    node->encodingClass = entry.encodingClass;
-    node->widthClass = entry.widthClass;
-    node->leadByteClass = entry.leadByteClass;
-    std::copy(std::begin(entry.sbcsPageHex), std::end(entry.sbcsPageHex), node->sbcsPageHex);
-    std::copy(std::begin(entry.dbcsPageHex), std::end(entry.dbcsPageHex), node->dbcsPageHex);
+    return new (std::nothrow) CCSIDNode{*entry};
 }
 
 void xxxDeleteNode(CCSIDNode** place) {

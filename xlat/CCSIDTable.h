@@ -10,12 +10,8 @@
 
 namespace dnz {
 
-// A page number as text: four lower-case hexadecimal digits and a terminator.
+// A page number as text: four lower-case hexadecimal digits and a terminator. Page 0 means no page.
 constexpr std::size_t kPageTextSize = 5;
-
-// The text of page 0, which means no page.
-constexpr char kNoPageText[kPageTextSize] = "0000";
-
 constexpr std::int32_t kLargestPage = 0xFFFF;
 
 // widthClass. Any other value has no effect on a conversion.
@@ -29,30 +25,22 @@ constexpr std::int32_t kOtherPcEncoding = 3;
 
 }  // namespace dnz
 
-// One line of the table file.
+// One line of the table file, at first one without pages.
 struct CCSIDEntry {
-    std::int32_t ccsid;
-    std::int32_t sbcsPage;
-    std::int32_t dbcsPage;
-    std::int32_t encodingClass;
-    std::int32_t widthClass;
-    std::int32_t leadByteClass;  // which bytes begin a double-byte character in PC text
-    char sbcsPageHex[dnz::kPageTextSize];
-    char dbcsPageHex[dnz::kPageTextSize];
+    std::int32_t ccsid = 0;
+    std::int32_t sbcsPage = 0;
+    std::int32_t dbcsPage = 0;
+    std::int32_t encodingClass = 0;
+    std::int32_t widthClass = 0;
+    std::int32_t leadByteClass = 0;  // which bytes begin a double-byte character in PC text
+    char sbcsPageHex[dnz::kPageTextSize] = "0000";
+    char dbcsPageHex[dnz::kPageTextSize] = "0000";
 };
 
 // An entry in the tree.
-struct CCSIDNode {
-    std::int32_t ccsid;
-    std::int32_t sbcsPage;
-    std::int32_t dbcsPage;
-    std::int32_t encodingClass;
-    std::int32_t widthClass;
-    std::int32_t leadByteClass;
-    CCSIDNode* left;   // the smaller CCSIDs; comparison is signed
-    CCSIDNode* right;  // the larger ones
-    char sbcsPageHex[dnz::kPageTextSize];
-    char dbcsPageHex[dnz::kPageTextSize];
+struct CCSIDNode : CCSIDEntry {
+    CCSIDNode* left = nullptr;   // the smaller CCSIDs; comparison is signed
+    CCSIDNode* right = nullptr;  // the larger ones
 };
 
 // The node of `ccsid`, or null. A null root is an empty tree.
@@ -71,10 +59,3 @@ void xxxDeleteNode(CCSIDNode** place);
 
 // Frees all nodes below `node` but not the node itself, whose links are null then. Always 0.
 std::int32_t xxxFreeNode(CCSIDNode* node);
-
-namespace dnz {
-
-// Overwrites all fields of `node` but its links.
-void setNodeFields(CCSIDNode* node, const CCSIDEntry& entry);
-
-}  // namespace dnz

@@ -78,7 +78,7 @@ public:
     void setEntry(const CCSIDEntry& entry) {
         moveTo(entry.ccsid);
         if (*place_ != nullptr) {
-            setNodeFields(*place_, entry);
+            static_cast<CCSIDEntry&>(**place_) = entry;
         } else {
             xxxInsertNode(place_, &entry);
         }
