@@ -4,7 +4,6 @@
 #include "support/Services.h"
 #include "xlat/CCSIDTable.h"
 #include "xlat/ConversionEngines.h"
-#include "xlat/ConversionLifecycle.h"
 #include "xlat/ConverterCache.h"
 #include "xlat/TextConversion.h"
 
