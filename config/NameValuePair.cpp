@@ -51,10 +51,8 @@ std::string_view nameArray(const NameValuePair& pair) {
 }
 
 bool sameArrays(const char* left, const char* right, unsigned long size) {
-    if (left == nullptr || right == nullptr) {
-        return left == right;
-    }
-    return std::memcmp(left, right, size) == 0;
+    return left == right ||
+           (left != nullptr && right != nullptr && std::memcmp(left, right, size) == 0);
 }
 
 void printBytes(const char* label, std::string_view bytes) {

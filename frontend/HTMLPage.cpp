@@ -27,10 +27,7 @@ std::unique_ptr<char[]> copyOfText(const char* text) {
 }
 
 bool sameText(const char* left, const char* right) {
-    if (left == nullptr || right == nullptr) {
-        return left == right;
-    }
-    return std::strcmp(left, right) == 0;
+    return left == right || (left != nullptr && right != nullptr && std::strcmp(left, right) == 0);
 }
 
 void writeMissingPage(WebInterface& web, const char* name) {
