@@ -78,11 +78,9 @@ NameValuePair::NameValuePair(const char* name, unsigned long nameLength, const c
     oValue = copyText(value, oValueLength);
 }
 
-NameValuePair::NameValuePair(const NameValuePair& other)
-    : oName(copyArray(other.get_oName(), other.oNameLength)),
-      oValue(copyArray(other.get_oValue(), other.oValueLength)),
-      oNameLength(other.oNameLength),
-      oValueLength(other.oValueLength) {}
+NameValuePair::NameValuePair(const NameValuePair& other) {
+    *this = other;
+}
 
 NameValuePair& NameValuePair::operator=(const NameValuePair& other) {
     if (this != &other) {

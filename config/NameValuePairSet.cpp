@@ -12,8 +12,6 @@ using namespace dnz;
 
 namespace {
 
-constexpr std::uint32_t kFirstIndexSize = 256;
-constexpr std::uint32_t kHalfLife = 2;
 constexpr std::size_t kSlotSize = sizeof(void*);  // a slot is a pointer
 
 using Index = std::unique_ptr<NameValuePair*[]>;
@@ -23,10 +21,6 @@ Index newIndex(std::uint32_t size, const Index& pairs, std::uint32_t count) {
     auto index = std::make_unique_for_overwrite<NameValuePair*[]>(size);
     std::copy_n(pairs.get(), count, index.get());
     return index;
-}
-
-Index copyOfIndex(std::uint32_t size, const Index& pairs, std::uint32_t count) {
-    return pairs != nullptr ? newIndex(size, pairs, count) : nullptr;
 }
 
 bool standsBefore(const NameValuePair* left, const NameValuePair* right) {
@@ -45,19 +39,16 @@ int altCompare(const void* key, const void* slot) {
         *static_cast<NameValuePair* const*>(slot));
 }
 
-NameValuePairSet::NameValuePairSet()
-    : NumberInSet(0), MaxNumberInSet(kFirstIndexSize), HalfLife(kHalfLife), oCurrentIndex(0) {}
-
-NameValuePairSet::NameValuePairSet(const NameValuePairSet& other)
-    : oIndexOfPairs(copyOfIndex(other.MaxNumberInSet, other.oIndexOfPairs, other.NumberInSet)),
-      NumberInSet(other.NumberInSet),
-      MaxNumberInSet(other.MaxNumberInSet),
-      HalfLife(other.HalfLife),
-      oCurrentIndex(other.oCurrentIndex) {}
+NameValuePairSet::NameValuePairSet(const NameValuePairSet& other) {
+    *this = other;
+}
 
 NameValuePairSet& NameValuePairSet::operator=(const NameValuePairSet& other) {
     if (this != &other) {
-        oIndexOfPairs = copyOfIndex(other.MaxNumberInSet, other.oIndexOfPairs, other.NumberInSet);
+        const bool isIndexed = other.oIndexOfPairs != nullptr;
+        oIndexOfPairs = isIndexed
+                            ? newIndex(other.MaxNumberInSet, other.oIndexOfPairs, other.NumberInSet)
+                            : nullptr;
         NumberInSet = other.NumberInSet;
         MaxNumberInSet = other.MaxNumberInSet;
         HalfLife = other.HalfLife;
