@@ -1,6 +1,5 @@
 #include "config/IniFileSet.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
