@@ -23,6 +23,10 @@ Index newIndex(std::uint32_t size, const Index& pairs, std::uint32_t count) {
     return index;
 }
 
+NameValuePair* pairIn(const void* slot) {
+    return *static_cast<NameValuePair* const*>(slot);
+}
+
 bool standsBefore(const NameValuePair* left, const NameValuePair* right) {
     return left->compare(right) < 0;
 }
@@ -30,13 +34,11 @@ bool standsBefore(const NameValuePair* left, const NameValuePair* right) {
 }  // namespace
 
 int compare(const void* a, const void* b) {
-    return (*static_cast<NameValuePair* const*>(a))
-        ->compare(*static_cast<NameValuePair* const*>(b));
+    return pairIn(a)->compare(pairIn(b));
 }
 
 int altCompare(const void* key, const void* slot) {
-    return static_cast<const NameValuePair*>(key)->compare(
-        *static_cast<NameValuePair* const*>(slot));
+    return static_cast<const NameValuePair*>(key)->compare(pairIn(slot));
 }
 
 NameValuePairSet::NameValuePairSet(const NameValuePairSet& other) {
@@ -95,7 +97,7 @@ NameValuePair* NameValuePairSet::find(const char* name) {
     }
     const NameValuePair key(name, std::strlen(name), nullptr, 0);
     const void* slot = std::bsearch(&key, oIndexOfPairs.get(), NumberInSet, kSlotSize, altCompare);
-    return slot != nullptr ? *static_cast<NameValuePair* const*>(slot) : nullptr;
+    return slot != nullptr ? pairIn(slot) : nullptr;
 }
 
 NameValuePair* NameValuePairSet::getFirst() {
