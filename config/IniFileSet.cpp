@@ -92,7 +92,7 @@ NameValuePair* newPart(const char* name, const char* text) {
 void openBySearch(FileReader& file, const std::string& name,
                   std::optional<std::string>& directory) {
     char path[kPathSize];
-    if (BoundedText(path).append(name).truncated() ||
+    if (name.size() >= kPathSize ||
         findfileinpath("PATH", name.c_str(), path, static_cast<int>(kPathSize)) != kDone) {
         return;
     }
