@@ -72,7 +72,7 @@ TEST_F(Services, NameReturnCodesOrSpellThem) {
         R"(0 => OK | 1 => 1 | 99 => 99 | -2147483648 => -2147483648 | 2294 => NZRC_UNKNOWN_REF_OBJECT
         100 => Not found in retcode translation table (64) (100) | 536895543 => xecS_E_NONE
         2147483647 => Not found in retcode translation table (7FFFFFFF) (2147483647)
-        536895769 => xecF_E_UNEXPECTED_SYSTEM_RC | 2111 => NZRC_SOURCE_CCSID_ERROR)",
+        536895769 => xecF_E_UNEXPECTED_SYSTEM_RC | 2120 => NZRC_CONVERTED_MSG_TOO_BIG)",
         [](std::istream& in) {
             char text[kReturnCodeTextSize];
             xnz_xtrFormatRC(text, next<std::int32_t>(in));
