@@ -44,6 +44,7 @@ constexpr LocaleCodeset xxxCodesetInfo[kLocaleCount + 1] = {
     {"iw", ISO8},       {"iw_IL", ISO8},     {"ji", ISO8},        {"iso88599", ISO9},
     {"tr", ISO9},       {"tr_TR", ISO9},     {"ko", KOREAN},      {"ko_KR", KOREAN},
     {"ja", JAPANESE},   {"ja_JP", JAPANESE}, {"zh_TW", TCHINESE}, {"zh", SCHINESE},
-    {"roman8", ROMAN8}, {nullptr, nullptr}};
+    {"roman8", ROMAN8}, {nullptr, nullptr},
+};
 
 static_assert(xxxCodesetInfo[kLocaleCount - 1].codeset == ROMAN8);
