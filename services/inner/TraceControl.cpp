@@ -36,6 +36,7 @@ void writeHead(std::FILE* file) {
     const char* started = std::ctime(&now);
     std::fprintf(file, "\nTrace for program  ---- Brellin Zentrik ----  started at %s\r\n\r\n",
                  started != nullptr ? started : "\n");
+    std::fflush(file);
 }
 
 void startTracing(const char* traceValue) {
@@ -77,13 +78,17 @@ std::int32_t xnz_xtrOpenTraceFile(const char* path) {
         return reportUnopenedTraceFile(path, errno);
     }
     xnzCSCtrl->traceFile = file;
-    std::setvbuf(file, nullptr, _IONBF, 0);  // a record is complete in the file once it is written
+    if (xnzCSCtrl->traceRequested != 0) {
+        std::setvbuf(file, nullptr, _IONBF, 0);
+    }
     writeHead(file);
     xnzCSCtrl->traceIsOn = 1;
     xtrTraceIsOn = 1;
     std::fprintf(file, "%s\n", xnz_level);
+    std::fflush(file);
     if (xnzCSCtrl->userTrace != 0) {
         std::fputs("\n  !!! User Tracing is activated !!!\n", file);
+        std::fflush(file);
     }
     return kServiceOk;
 }

@@ -78,11 +78,13 @@ void writeDumpLine(std::size_t offset, const unsigned char* bytes, std::size_t c
     characters[count] = '\0';
     std::fprintf(xnzCSCtrl->traceFile, "         %-54.54s : %-16.16s\n", digits.c_str(),
                  characters);
+    std::fflush(xnzCSCtrl->traceFile);
 }
 
 void writeIdenticalLines(int count) {
     if (count > 0) {
         std::fprintf(xnzCSCtrl->traceFile, "         --- %d lines identical to above ---\n", count);
+        std::fflush(xnzCSCtrl->traceFile);
     }
 }
 
@@ -171,6 +173,7 @@ void xnztr_data(const void* data, std::uint16_t length) {
     if (data == nullptr) {
         const ErrnoKeeper keeper;
         std::fputs("  has NULL pointer\n", xnzCSCtrl->traceFile);
+        std::fflush(xnzCSCtrl->traceFile);
         return;
     }
     const auto* bytes = static_cast<const unsigned char*>(data);
@@ -215,6 +218,7 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
         std::fprintf(xnzCSCtrl->traceFile, "%s\n   <%.*s%s (rc= %s)\n", time, dashes, kDashes,
                      functionName, codeText);
     }
+    std::fflush(xnzCSCtrl->traceFile);
 }
 
 [[gnu::cold]] void xnz_trcgent(std::int32_t kind, std::int32_t length, const void* data) {
@@ -224,6 +228,7 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
     const ErrnoKeeper keeper;
     if (kind == kTextRecord) {
         std::fprintf(xnzCSCtrl->traceFile, "   ! %s\n", static_cast<const char*>(data));
+        std::fflush(xnzCSCtrl->traceFile);
     } else if (kind == kDumpRecord && length > 0) {
         writeDumpRecord(static_cast<const unsigned char*>(data), static_cast<std::size_t>(length));
     }
