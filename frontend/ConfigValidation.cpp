@@ -103,7 +103,7 @@ void checkQueueValue(const Entry& entry, FaultReports& reports) {
 void normaliseContext(const Entry& entry) {
     char* value = entry.pair.get_oValue();
     for (const std::string_view word : {kContextNone, kContextAll}) {
-        for (std::size_t i = 0; entry.value.size() == word.size() && i < word.size(); ++i) {
+        for (std::size_t i = 0; i < word.size() && entry.value.size() == word.size(); ++i) {
             if (upperCase(value[i]) == upperCase(word[i])) {
                 value[i] = word[i];
             }

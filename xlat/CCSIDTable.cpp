@@ -24,7 +24,11 @@ void xxxInsertNode(CCSIDNode** place, const CCSIDEntry* entry) {
 }
 
 CCSIDNode* xxxCreateNode(const CCSIDEntry* entry) {
-    return new (std::nothrow) CCSIDNode{*entry};
+    auto* node = new (std::nothrow) CCSIDNode{};
+    if (node != nullptr) {
+        copyEntry(*entry, *node);
+    }
+    return node;
 }
 
 void xxxDeleteNode(CCSIDNode** place) {

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace dnz {
 
@@ -38,10 +39,35 @@ struct CCSIDEntry {
 };
 
 // An entry in the tree.
-struct CCSIDNode : CCSIDEntry {
-    CCSIDNode* left = nullptr;   // the smaller CCSIDs; comparison is signed
-    CCSIDNode* right = nullptr;  // the larger ones
+struct CCSIDNode {
+    std::int32_t ccsid;
+    std::int32_t sbcsPage;
+    std::int32_t dbcsPage;
+    std::int32_t encodingClass;
+    std::int32_t widthClass;
+    std::int32_t leadByteClass;
+    CCSIDNode* left;   // the smaller CCSIDs; comparison is signed
+    CCSIDNode* right;  // the larger ones
+    char sbcsPageHex[dnz::kPageTextSize];
+    char dbcsPageHex[dnz::kPageTextSize];
 };
+
+namespace dnz {
+
+// Copies the fields of an entry to or from a node, whose links stay.
+template <typename Source, typename Target>
+void copyEntry(const Source& source, Target& target) {
+    target.ccsid = source.ccsid;
+    target.sbcsPage = source.sbcsPage;
+    target.dbcsPage = source.dbcsPage;
+    target.encodingClass = source.encodingClass;
+    target.widthClass = source.widthClass;
+    target.leadByteClass = source.leadByteClass;
+    std::memcpy(target.sbcsPageHex, source.sbcsPageHex, kPageTextSize);
+    std::memcpy(target.dbcsPageHex, source.dbcsPageHex, kPageTextSize);
+}
+
+}  // namespace dnz
 
 // The node of `ccsid`, or null. A null root is an empty tree.
 CCSIDNode* xxxFindNode(CCSIDNode* root, std::int32_t ccsid);

@@ -42,7 +42,7 @@ std::int32_t checkLengths(std::int32_t sourceLength, std::int32_t targetLength) 
 bool loadSide(CCSIDEntry& side, std::int32_t ccsid) {
     const CCSIDNode* node = xxxFindNode(xnzCSCtrl->ccsidTable, ccsid);
     if (node != nullptr) {
-        side = *node;
+        copyEntry(*node, side);
     }
     return node != nullptr;
 }
