@@ -2,47 +2,38 @@
 # with the services as a library.
 set(packaging ${PROJECT_SOURCE_DIR}/install/debian)
 set(packaging_build ${PROJECT_BINARY_DIR}/packaging)
-file(MAKE_DIRECTORY ${packaging_build})
 
+# Without -n the results would contain the dates of the files.
 find_program(GZIP gzip REQUIRED)
-
-# Without -n the result would contain the date of the file.
-function(compress_document source document)
+foreach(document IN ITEMS install/man/dnzcnf.8 install/debian/changelog CHANGELOG.md)
+  cmake_path(GET document FILENAME name)
+  set(source ${PROJECT_SOURCE_DIR}/${document})
+  set(compressed ${packaging_build}/${name}.gz)
   add_custom_command(
-    OUTPUT ${document}
-    COMMAND ${GZIP} -9 -n -c ${source} > ${document}
+    OUTPUT ${compressed}
+    COMMAND ${GZIP} -9 -n -c ${source} > ${compressed}
     DEPENDS ${source}
     VERBATIM)
-endfunction()
+  list(APPEND compressed_documents ${compressed})
+endforeach()
+add_custom_target(documents ALL DEPENDS ${compressed_documents})
 
-set(manual_page ${packaging_build}/dnzcnf.8.gz)
-compress_document(${PROJECT_SOURCE_DIR}/install/man/dnzcnf.8 ${manual_page})
-set(package_changelog ${packaging_build}/changelog.gz)
-compress_document(${packaging}/changelog ${package_changelog})
-set(release_notes ${packaging_build}/CHANGELOG.md.gz)
-compress_document(${PROJECT_SOURCE_DIR}/CHANGELOG.md ${release_notes})
-add_custom_target(documents ALL DEPENDS ${manual_page} ${package_changelog} ${release_notes})
-
-install(FILES ${manual_page} DESTINATION /usr/share/man/man8)
+install(FILES ${packaging_build}/dnzcnf.8.gz DESTINATION /usr/share/man/man8)
 
 # Only packages contain these: an installation without a package omits them.
-function(install_package_documents component package)
-  set(documents_folder /usr/share/doc/${package})
-  install(FILES ${packaging}/copyright ${package_changelog} ${release_notes}
-    DESTINATION ${documents_folder} COMPONENT ${component} EXCLUDE_FROM_ALL)
-  install(FILES ${packaging}/${package}.lintian-overrides
-    DESTINATION /usr/share/lintian/overrides RENAME ${package}
-    COMPONENT ${component} EXCLUDE_FROM_ALL)
+function(install_in_package component package)
+  install(FILES ${packaging}/copyright ${packaging_build}/changelog.gz
+    ${packaging_build}/CHANGELOG.md.gz
+    DESTINATION /usr/share/doc/${package} COMPONENT ${component} EXCLUDE_FROM_ALL)
+  install(FILES ${packaging}/${package}.lintian-overrides RENAME ${package}
+    DESTINATION /usr/share/lintian/overrides COMPONENT ${component} EXCLUDE_FROM_ALL)
 endfunction()
-install_package_documents(tool dnzcnf)
-install_package_documents(development libdnzservices-dev)
-foreach(document IN ITEMS administration operations messages formats)
-  install(FILES ${PROJECT_SOURCE_DIR}/docs/${document}.md
-    DESTINATION /usr/share/doc/dnzcnf COMPONENT tool EXCLUDE_FROM_ALL)
-endforeach()
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/services
-  DESTINATION /usr/share/doc/libdnzservices-dev/examples
-  COMPONENT development EXCLUDE_FROM_ALL)
+install_in_package(tool dnzcnf)
+install_in_package(development libdnzservices-dev)
+install(FILES docs/administration.md docs/operations.md docs/messages.md docs/formats.md
+  DESTINATION /usr/share/doc/dnzcnf COMPONENT tool EXCLUDE_FROM_ALL)
+install(DIRECTORY examples/services
+  DESTINATION /usr/share/doc/libdnzservices-dev/examples COMPONENT development EXCLUDE_FROM_ALL)
 
 # The files that administrators edit: the ini file and the entry pages. An upgrade keeps edited ones.
 file(GLOB entry_pages CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR}/install/html
@@ -71,8 +62,7 @@ set(CPACK_DEBIAN_TOOL_PACKAGE_SECTION web)
 set(CPACK_DEBIAN_TOOL_PACKAGE_DEPENDS adduser)
 set(CPACK_DEBIAN_TOOL_PACKAGE_SUGGESTS "lighttpd | httpd-cgi")
 set(CPACK_DEBIAN_TOOL_PACKAGE_CONTROL_EXTRA
-  ${packaging_build}/conffiles ${packaging}/postinst ${packaging}/prerm
-  ${packaging}/postrm)
+  ${packaging_build}/conffiles ${packaging}/postinst ${packaging}/prerm ${packaging}/postrm)
 set(CPACK_COMPONENT_TOOL_DESCRIPTION "edits the ini files of the Velmora gateway in a browser
 A CGI program for the web server that is already there: it shows an ini
 file of the gateway as a form, checks what was entered, and saves it.

@@ -15,16 +15,11 @@ endif()
 # wrong answers for the others. These names link all of them.
 set(locale_categories CTYPE NUMERIC TIME COLLATE MONETARY MESSAGES PAPER NAME ADDRESS TELEPHONE
   MEASUREMENT IDENTIFICATION)
+list(TRANSFORM locale_categories REPLACE "(.+)" "LINKER:-u,_nl_current_LC_\\1_used")
 
 function(link_as_shipped program)
-  if(NOT DNZCNF_STATIC)
-    return()
+  if(DNZCNF_STATIC)
+    target_link_options(${program} PRIVATE -static-pie LINKER:-z,relro,-z,now,-z,noexecstack
+      LINKER:--gc-sections ${locale_categories})
   endif()
-  list(TRANSFORM locale_categories REPLACE "(.+)" "LINKER:-u,_nl_current_LC_\\1_used"
-    OUTPUT_VARIABLE locales)
-  target_link_options(${program} PRIVATE
-    -static-pie
-    LINKER:-z,relro,-z,now,-z,noexecstack
-    LINKER:--gc-sections
-    ${locales})
 endfunction()
