@@ -124,4 +124,11 @@ TEST_F(Services, HandOutInserts) {
               EXPECT_EQ(buffer[size], size < 20 ? '?' : '\0');
               return (code == 77 ? "" : "cut: ") + std::string(buffer);
           });
+    char** values = nullptr;
+    std::int32_t count = 0;
+    EXPECT_EQ(xcsConvertInserts(77, someInserts(), kInsertCcsid, &values, &count), 0);
+    EXPECT_EQ(std::vector<std::string>(values, values + count),
+              std::vector<std::string>(
+                  {"-1", "-2147483648", "50% %4", "", "third", "77", "FFFFFFFF", "80000000"}));
+    std::free(values);
 }
