@@ -1,6 +1,7 @@
 // What requests don't show: operations of the classes that only other programs call.
 #include "config/CGIPart.h"
 #include "config/ConfigurationSet.h"
+#include "config/FileSearch.h"
 #include "config/IniFilePart.h"
 #include "config/IniFileSet.h"
 #include "config/URLDecoder.h"
@@ -90,6 +91,9 @@ TEST_F(Classes, ServeOtherPrograms) {
               "URLDecoder::~URLDecoder IniFileSet::setIniFileName IniFileSet::populate "
               "HTMLPage::HTMLPage HTMLPage::set_HTMLSourceFile HTMLPage::get_HTMLSourceFile "
               "HTMLPage::~HTMLPage ");
+    char path[9];
+    EXPECT_EQ(findfileinpath("NONE", "/etc/passwd", path, 9), 0);
+    EXPECT_EQ(findfileinpath("PATH", "/etc/passwd", path, 0), 0);
     pairs[2].set_oValue(new char[2]{'v', '\0'});
     pairs[2].set_oValueLength(2);
     const auto dumped = [](NameValuePairSet copy) {

@@ -126,9 +126,8 @@ TEST_F(Services, HandOutInserts) {
           });
     char** values = nullptr;
     std::int32_t count = 0;
-    EXPECT_EQ(xcsConvertInserts(77, someInserts(), kInsertCcsid, &values, &count), 0);
+    EXPECT_EQ(xcsConvertInserts(-1, {.text2 = "b"}, kInsertCcsid, &values, &count), 0);
     EXPECT_EQ(std::vector<std::string>(values, values + count),
-              std::vector<std::string>(
-                  {"-1", "-2147483648", "50% %4", "", "third", "77", "FFFFFFFF", "80000000"}));
+              std::vector<std::string>({"0", "0", "", "b", "", "-1", "0", "0"}));
     std::free(values);
 }
