@@ -145,6 +145,14 @@ TEST_F(Conversion, GivesCodesBytesAndLengths) {
                hex({static_cast<char>(type.encodingClass), static_cast<char>(type.widthClass)});
     };
     check("31 => 0 02 03 | 11 => 0 01 01 | 9 => 1073766663 00 00", classes);
+    const std::string records = traced([&] {
+        check("10 11 5 15 => 0: 95 /1", convert);
+        check("31 => 0 02 03", classes);
+        EXPECT_EQ(xxxTerminate(), 0);
+        EXPECT_EQ(block_.ccsidTable, nullptr);
+    });
+    EXPECT_EQ(callsOf(records),
+              "xcsConvertString xxxOpenConv xxxCodeConv xcsQueryCCSIDType xxxTerminate ");
     xnzCSCtrl = nullptr;
     check("31 => 545284184 00 00", classes);
     check("77 77 1 41 => 545284184: /1", convert);
