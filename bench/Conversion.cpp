@@ -14,7 +14,6 @@
 #include <string>
 
 #include "services/inner/ControlBlock.h"
-#include "xlat/ConversionLifecycle.h"
 #include "xlat/TextConversion.h"
 
 namespace {

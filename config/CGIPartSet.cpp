@@ -77,10 +77,7 @@ CGIPart* CGIPartSet::findPart(const char* name) {
     const TraceScope trace("CGIPartSet::findPart");
     auto* part = static_cast<CGIPart*>(find(name));
     if (part != nullptr) {
-        const char* value = part->getValue();
-        if (value != nullptr) {
-            dnzxtr_text(value);
-        }
+        dnzxtr_text(part->getValue());
     }
     return part;
 }

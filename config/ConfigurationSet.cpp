@@ -3,7 +3,6 @@
 #include <cstring>
 
 #include "config/CGIPart.h"
-#include "config/Results.h"
 #include "frontend/interface/WebInterface.h"
 #include "services/base/Text.h"
 #include "services/outer/ServiceCalls.h"

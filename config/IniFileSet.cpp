@@ -1,6 +1,5 @@
 #include "config/IniFileSet.h"
 
-#include <algorithm>
 #include <cstdio>
 #include <cstring>
 #include <string_view>
@@ -22,7 +21,7 @@ constexpr std::size_t kUsualEntries = 128;
 constexpr std::size_t kWrittenLine = 259;  // a line of 255 bytes may grow by ` # ` when saved
 
 constexpr char kBlank = ' ';
-constexpr char kNoDescription[] = "# ";     // what a value without a description is saved with
+constexpr char kNoDescription[] = " ";      // what a missing description is saved as
 constexpr char kEmptyDescription[] = " #";  // what a value without a description is read as
 
 char* skipBlanks(char* text) {
@@ -59,19 +58,15 @@ const char* storedText(char* rest) {
 
 // The text that an entry of the form stores; empty when there is neither value nor description.
 std::string composedText(const char* value, const char* desc) {
-    const std::string_view valueText = viewOf(value);
-    const std::string_view descText = viewOf(desc);
     std::string text;
-    if (valueText.empty() && descText.empty()) {
+    if (isNullOrEmpty(value) && isNullOrEmpty(desc)) {
         return text;
     }
     if (value != nullptr) {
-        text.append(valueText).append(1, kBlank);
+        text.append(value).append(1, kBlank);
     }
-    if (desc != nullptr) {
-        return text.append(1, kDescriptionMark).append(descText);
-    }
-    return text.append(kNoDescription);
+    text.append(1, kDescriptionMark).append(desc != nullptr ? desc : kNoDescription);
+    return text;
 }
 
 // Ends the value of a part after its first word.
@@ -93,7 +88,7 @@ NameValuePair* newPart(const char* name, const char* text) {
 void openBySearch(FileReader& file, const std::string& name,
                   std::optional<std::string>& directory) {
     char path[kPathSize];
-    if (BoundedText(path).append(name).truncated() ||
+    if (name.size() >= kPathSize ||
         findfileinpath("PATH", name.c_str(), path, static_cast<int>(kPathSize)) != kDone) {
         return;
     }

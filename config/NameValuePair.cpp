@@ -51,10 +51,8 @@ std::string_view nameArray(const NameValuePair& pair) {
 }
 
 bool sameArrays(const char* left, const char* right, unsigned long size) {
-    if (left == nullptr || right == nullptr) {
-        return left == right;
-    }
-    return std::memcmp(left, right, size) == 0;
+    return left == right ||
+           (left != nullptr && right != nullptr && std::memcmp(left, right, size) == 0);
 }
 
 void printBytes(const char* label, std::string_view bytes) {
@@ -80,11 +78,9 @@ NameValuePair::NameValuePair(const char* name, unsigned long nameLength, const c
     oValue = copyText(value, oValueLength);
 }
 
-NameValuePair::NameValuePair(const NameValuePair& other)
-    : oName(copyArray(other.get_oName(), other.oNameLength)),
-      oValue(copyArray(other.get_oValue(), other.oValueLength)),
-      oNameLength(other.oNameLength),
-      oValueLength(other.oValueLength) {}
+NameValuePair::NameValuePair(const NameValuePair& other) {
+    *this = other;
+}
 
 NameValuePair& NameValuePair::operator=(const NameValuePair& other) {
     if (this != &other) {

@@ -1,7 +1,6 @@
 // The common record of the configuration tool: a name with a value, both byte strings. A form field
-// and a line of an ini file are both pairs. compare() of this class orders the rows of a form and
-// the lines of a saved file. Results: equality is 1 or 0; an ordering is negative, 0 or positive.
-// Ownership: a pair owns its two arrays; getters return borrowed pointers.
+// and a line of an ini file are both pairs. Results: equality is 1 or 0; an ordering is negative, 0
+// or positive. Ownership: a pair owns its two arrays; getters return borrowed pointers.
 // Limits: a length has 32 bits; a longer text is cut.
 #pragma once
 

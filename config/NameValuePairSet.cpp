@@ -12,8 +12,6 @@ using namespace dnz;
 
 namespace {
 
-constexpr std::uint32_t kFirstIndexSize = 256;
-constexpr std::uint32_t kHalfLife = 2;
 constexpr std::size_t kSlotSize = sizeof(void*);  // a slot is a pointer
 
 using Index = std::unique_ptr<NameValuePair*[]>;
@@ -25,8 +23,8 @@ Index newIndex(std::uint32_t size, const Index& pairs, std::uint32_t count) {
     return index;
 }
 
-Index copyOfIndex(std::uint32_t size, const Index& pairs, std::uint32_t count) {
-    return pairs != nullptr ? newIndex(size, pairs, count) : nullptr;
+NameValuePair* pairIn(const void* slot) {
+    return *static_cast<NameValuePair* const*>(slot);
 }
 
 bool standsBefore(const NameValuePair* left, const NameValuePair* right) {
@@ -36,28 +34,23 @@ bool standsBefore(const NameValuePair* left, const NameValuePair* right) {
 }  // namespace
 
 int compare(const void* a, const void* b) {
-    return (*static_cast<NameValuePair* const*>(a))
-        ->compare(*static_cast<NameValuePair* const*>(b));
+    return pairIn(a)->compare(pairIn(b));
 }
 
 int altCompare(const void* key, const void* slot) {
-    return static_cast<const NameValuePair*>(key)->compare(
-        *static_cast<NameValuePair* const*>(slot));
+    return static_cast<const NameValuePair*>(key)->compare(pairIn(slot));
 }
 
-NameValuePairSet::NameValuePairSet()
-    : NumberInSet(0), MaxNumberInSet(kFirstIndexSize), HalfLife(kHalfLife), oCurrentIndex(0) {}
-
-NameValuePairSet::NameValuePairSet(const NameValuePairSet& other)
-    : oIndexOfPairs(copyOfIndex(other.MaxNumberInSet, other.oIndexOfPairs, other.NumberInSet)),
-      NumberInSet(other.NumberInSet),
-      MaxNumberInSet(other.MaxNumberInSet),
-      HalfLife(other.HalfLife),
-      oCurrentIndex(other.oCurrentIndex) {}
+NameValuePairSet::NameValuePairSet(const NameValuePairSet& other) {
+    *this = other;
+}
 
 NameValuePairSet& NameValuePairSet::operator=(const NameValuePairSet& other) {
     if (this != &other) {
-        oIndexOfPairs = copyOfIndex(other.MaxNumberInSet, other.oIndexOfPairs, other.NumberInSet);
+        const bool isIndexed = other.oIndexOfPairs != nullptr;
+        oIndexOfPairs = isIndexed
+                            ? newIndex(other.MaxNumberInSet, other.oIndexOfPairs, other.NumberInSet)
+                            : nullptr;
         NumberInSet = other.NumberInSet;
         MaxNumberInSet = other.MaxNumberInSet;
         HalfLife = other.HalfLife;
@@ -104,7 +97,7 @@ NameValuePair* NameValuePairSet::find(const char* name) {
     }
     const NameValuePair key(name, std::strlen(name), nullptr, 0);
     const void* slot = std::bsearch(&key, oIndexOfPairs.get(), NumberInSet, kSlotSize, altCompare);
-    return slot != nullptr ? *static_cast<NameValuePair* const*>(slot) : nullptr;
+    return slot != nullptr ? pairIn(slot) : nullptr;
 }
 
 NameValuePair* NameValuePairSet::getFirst() {

@@ -1,5 +1,6 @@
-// The one collection of the configuration tool: pairs sorted by name, found by binary search and
-// visited in name order, never in the order of their arrival.
+// Keeps the order of the rows of a form and of the lines of a saved file: by name, as compare() of
+// the pairs says, never by arrival. The one collection of the configuration tool: its pairs are
+// found by binary search and visited in this order.
 // Results: 1 is success, 0 failure; null means no such pair. No argument is null.
 // Ownership: a set owns its index, not its pairs. Pairs are made with `new` and live until the
 // process ends; a copy of a set shares them.
@@ -14,7 +15,7 @@ class NameValuePair;
 
 class NameValuePairSet {
 public:
-    NameValuePairSet();
+    NameValuePairSet() = default;
     // An own index of the same pairs, with the same cursor.
     NameValuePairSet(const NameValuePairSet& other);
     NameValuePairSet& operator=(const NameValuePairSet& other);
@@ -52,10 +53,10 @@ private:
     // Slots for MaxNumberInSet pairs; the first NumberInSet are in use. Null in a set that never
     // contained a pair: most sets of a request stay empty.
     std::unique_ptr<NameValuePair*[]> oIndexOfPairs;
-    std::uint32_t NumberInSet;
-    std::uint32_t MaxNumberInSet;
-    std::uint32_t HalfLife;       // kept, but without effect
-    std::uint32_t oCurrentIndex;  // slot of the pair that the walk has reached
+    std::uint32_t NumberInSet = 0;
+    std::uint32_t MaxNumberInSet = 256;
+    std::uint32_t HalfLife = 2;       // kept, but without effect
+    std::uint32_t oCurrentIndex = 0;  // slot of the pair that the walk has reached
 };
 
 // Comparator of the sort: both arguments point at slots of an index.

@@ -19,14 +19,9 @@ constexpr std::size_t kEscapeLength = 1 + kDigitsPerByte;
 constexpr int kNoDigit = -1;
 
 int hexDigitValue(char digit) {
-    constexpr std::string_view kDecimal = "0123456789";
-    constexpr std::string_view kLower = "abcdef";
-    constexpr std::string_view kUpper = "ABCDEF";
-    if (const std::size_t place = kDecimal.find(digit); place != std::string_view::npos) {
-        return static_cast<int>(place);
-    }
-    const std::size_t place = std::min(kLower.find(digit), kUpper.find(digit));
-    return place != std::string_view::npos ? static_cast<int>(kDecimal.size() + place) : kNoDigit;
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    const std::size_t place = kDigits.find(upperCase(digit));
+    return place != std::string_view::npos ? static_cast<int>(place) : kNoDigit;
 }
 
 // A terminator is no digit, so nothing after it is read.

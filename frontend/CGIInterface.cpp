@@ -9,8 +9,6 @@
 #include "config/Results.h"
 #include "config/URLDecoder.h"
 #include "frontend/ContextName.h"
-#include "frontend/interface/WebInterface.h"
-#include "services/base/Handle.h"
 #include "services/base/Text.h"
 #include "services/outer/ServiceCalls.h"
 

@@ -1,6 +1,7 @@
 #include "frontend/ConfigInterface.h"
 
 #include <cstring>
+#include <string_view>
 
 #include "config/CGIPart.h"
 #include "config/NameValuePair.h"
@@ -264,12 +265,8 @@ void ConfigInterface::OutputMessage(int message, int first, const char* insert1,
 }
 
 void ConfigInterface::stripTrailingBlanks(char* text) {
-    if (text == nullptr) {
-        return;
+    if (text != nullptr) {
+        // Without any other character the position is npos, and the next one 0.
+        text[std::string_view(text).find_last_not_of(' ') + 1] = '\0';
     }
-    std::size_t length = std::strlen(text);
-    while (length > 0 && text[length - 1] == ' ') {
-        --length;
-    }
-    text[length] = '\0';
 }

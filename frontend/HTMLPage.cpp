@@ -8,7 +8,6 @@
 #include "frontend/interface/WebInterface.h"
 #include "services/base/File.h"
 #include "services/base/Path.h"
-#include "services/base/Text.h"
 #include "services/outer/MessageText.h"
 #include "services/outer/ServiceCalls.h"
 
@@ -27,10 +26,7 @@ std::unique_ptr<char[]> copyOfText(const char* text) {
 }
 
 bool sameText(const char* left, const char* right) {
-    if (left == nullptr || right == nullptr) {
-        return left == right;
-    }
-    return std::strcmp(left, right) == 0;
+    return left == right || (left != nullptr && right != nullptr && std::strcmp(left, right) == 0);
 }
 
 void writeMissingPage(WebInterface& web, const char* name) {
@@ -92,7 +88,6 @@ long HTMLPage::writeToStdout() {
     FileReader file(openRegularFile(name));
     if (!file.isOpen()) {
         char path[kPathSize];
-        BoundedText(path).append(name);
         if (findfileinpath("PATH", name, path, static_cast<int>(kPathSize)) == kFailed) {
             writeMissingPage(web, name);
             return trace.exitWith(kFailed);

@@ -16,10 +16,6 @@ constexpr char kDefaultCatalogue[] = "/usr/lib/locale/C/LC_MESSAGES/dnz.cat";
 constexpr char kProductCatalogue[] = "/opt/nzm/bin/dnz.cat";
 constexpr char kNamedCatalogue[] = "dnz";
 
-bool isPlainLanguage(std::string_view language) {
-    return language == "C" || language == "POSIX";
-}
-
 }  // namespace
 
 MessageCatalogue::~MessageCatalogue() {
@@ -29,14 +25,11 @@ MessageCatalogue::~MessageCatalogue() {
 }
 
 bool MessageCatalogue::open() {
-    const bool isPlain = isPlainLanguage(viewOf(std::getenv("LANG")));
-    if (tryOpen(isPlain ? kProductCatalogue : kDefaultCatalogue)) {
-        return true;
-    }
-    if (xnzCSCtrl != nullptr && tryOpen(xnzCSCtrl->serviceName)) {
-        return true;
-    }
-    return tryOpen(kDefaultCatalogue) || tryOpen(kNamedCatalogue) || tryOpen(kProductCatalogue);
+    const std::string_view language = viewOf(std::getenv("LANG"));
+    const bool isPlain = language == "C" || language == "POSIX";
+    return tryOpen(isPlain ? kProductCatalogue : kDefaultCatalogue) ||
+           (xnzCSCtrl != nullptr && tryOpen(xnzCSCtrl->serviceName)) ||
+           tryOpen(kDefaultCatalogue) || tryOpen(kNamedCatalogue) || tryOpen(kProductCatalogue);
 }
 
 const char* MessageCatalogue::text(int id) const {

@@ -6,7 +6,6 @@
 #include <cstring>
 #include <string_view>
 
-#include "services/base/Handle.h"
 #include "services/base/ReturnCodes.h"
 #include "services/base/Text.h"
 #include "services/inner/ControlBlock.h"
@@ -80,15 +79,9 @@ void expand(std::string_view text, ReplacementOf replacementOf, Emit emit) {
 // Not even called during a report: its trace records would come between those of the report.
 void reportNoStorage(const char* functionName, std::int32_t probe, std::int32_t majorCode,
                      const char* comment) {
-    if (xnzCSCtrl == nullptr || xnzCSCtrl->inFailureReport == 1) {
-        return;
+    if (xnzCSCtrl != nullptr && xnzCSCtrl->inFailureReport != 1) {
+        xnz_xcsWYRD(functionName, probe, {.number1 = majorCode, .text1 = comment});
     }
-    xcsINSERTS inserts;
-    inserts.number1 = majorCode;
-    inserts.text1 = comment;
-    inserts.text2 = " ";
-    inserts.text3 = " ";
-    xnz_xcsWYRD(functionName, probe, inserts);
 }
 
 // Puts the table of pointers, and after it the texts, into one block.
@@ -141,7 +134,7 @@ std::int32_t xcsConvertInserts(std::int32_t number, xcsINSERTS inserts, std::int
     const InsertValues values(number, inserts);
     auto* block = static_cast<char**>(std::calloc(tableSize(values), 1));
     if (block == nullptr) {
-        reportNoStorage("xcsConvertInserts", 2, xecS_E_NONE, " ");
+        reportNoStorage("xcsConvertInserts", 2, xecS_E_NONE, nullptr);
         return trace.exitWith(xecS_E_NONE);
     }
     fillTable(block, values);

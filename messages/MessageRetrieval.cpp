@@ -7,7 +7,6 @@
 
 #include "messages/MessageCatalogue.h"
 #include "messages/MessageInserts.h"
-#include "services/base/Handle.h"
 #include "services/base/ReturnCodes.h"
 #include "services/base/Text.h"
 #include "services/inner/TraceRecords.h"

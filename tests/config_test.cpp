@@ -1,14 +1,15 @@
 // What requests don't show: operations of the classes that only other programs call.
 #include "config/CGIPart.h"
 #include "config/ConfigurationSet.h"
+#include "config/FileSearch.h"
 #include "config/IniFilePart.h"
-#include "config/NameValuePairSet.h"
+#include "config/IniFileSet.h"
 #include "config/URLDecoder.h"
 #include "frontend/CGIInterface.h"
 #include "frontend/ContextName.h"
 #include "frontend/HTMLPage.h"
 #include "frontend/ThreadObjectSet.h"
-#include "frontend/interface/WebInterface.h"
+#include "services/outer/ServiceCalls.h"
 #include "support/Services.h"
 
 using namespace dnz;
@@ -17,36 +18,99 @@ namespace {
 
 using namespace std::string_literals;
 
-// A copy is equal to its original, and has an array of its own.
-template <typename Part>
-void expectOwnEqualCopy(const Part& part, Part other) {
-    const Part copy(part);
-    EXPECT_TRUE(copy == part && !(copy != part) && other != part && !(other == part));
-    other = part;
-    EXPECT_TRUE(other == part && copy.get_oValue() != part.get_oValue());
-    EXPECT_STREQ(other.getDesc(), part.getDesc());
+class Classes : public Services {
+protected:
+    Classes() { dnzcsaInit = 1; }
+    // Copies and compares, with these results, traced under the name of the class.
+    template <typename Object>
+    void expectCopies(const char* name, const std::vector<int>& results, const Object& one,
+                      const Object& other) {
+        std::vector<int> found;
+        const std::string records = traced([&] {
+            Object copy(one);
+            found = {copy == one, copy != one, copy == other, copy != other};
+            copy = other;
+            found.push_back(copy == other);
+        });
+        EXPECT_EQ(found, results) << name;
+        const std::string equal = "N::operator== N::operator!= ";
+        const std::string calls =
+            "N::N(copy) " + equal + equal + "N::operator= N::operator== N::~N ";
+        EXPECT_EQ(callsOf(records, name + "::"s), std::regex_replace(calls, std::regex("N"), name));
+    }
+};
+
+TEST_F(Classes, CopyAndCompare) {
+    expectCopies("CGIPart", {1, 0, 0, 1, 1}, CGIPart("name", 4, "%2541", 5),
+                 CGIPart("name", 4, "A", 1));
+    expectCopies("IniFilePart", {1, 0, 0, 1, 1}, IniFilePart("name", "value #text"), IniFilePart());
+    expectCopies("HTMLPage", {1, 0, 0, 1, 1}, HTMLPage("a.htm"), HTMLPage());
+    expectCopies("CGIPartSet", {0, 1, 0, 1, 0}, CGIPartSet(), CGIPartSet());
+    expectCopies("IniFileSet", {0, 1, 0, 1, 0}, IniFileSet(), IniFileSet());
+    expectCopies("ConfigSet", {0, 1, 0, 1, 0}, ConfigurationSet(), ConfigurationSet());
+    expectCopies("URLDecoder", {1, 0, 1, 0, 1}, URLDecoder(), URLDecoder());
+    const NameValuePair pair("name", 4, "a\0value", 8);
+    NameValuePair copy(pair);
+    EXPECT_TRUE(copy == pair && copy.get_oValue() != pair.get_oValue());
+    copy = NameValuePair("name", 4, "a\0other", 8);
+    EXPECT_TRUE(copy != pair && copy.getDesc() == nullptr && NameValuePair() != pair);
 }
 
-TEST_F(Services, PartsAndSetsServeOtherPrograms) {
-    expectOwnEqualCopy(NameValuePair("name", "value"), NameValuePair("name", "other"));
-    expectOwnEqualCopy(CGIPart("name", 4, "%2541", 5), CGIPart("name", 4, "A", 1));
-    expectOwnEqualCopy(IniFilePart("name", "value #text"), IniFilePart());
+TEST_F(Classes, ServeOtherPrograms) {
     NameValuePair pairs[] = {{"xx", "1"}, {"xx", 2, "2\0#3", 4}, {"a", nullptr}};
     NameValuePairSet set;
     EXPECT_EQ(set.push(&pairs[0]) + set.push(&pairs[1]) + set.push(&pairs[2]), 3U);
     EXPECT_EQ(set.pull(&pairs[0]) + set.pull(&pairs[0]), 1U);
-    char* text = pairs[1].get_oName();
-    unsigned long size = 1;
-    pairs[2].getValue(&text, &size);
-    EXPECT_TRUE(text == nullptr && size == 0);
+    EXPECT_TRUE(set.getFirst() == &pairs[2] && set.getNext() == &pairs[1]);
+    EXPECT_TRUE(set.getNext() == nullptr && set.getNext() == &pairs[1]);
+    char* text = nullptr;
+    unsigned long size = 0;
+    IniFileSet file;
+    file.setIniFileName("none.ini");
+    const std::string records = traced([&] {
+        EXPECT_TRUE(pairs[0].compare(pairs[1]) == 0 && pairs[0].compare("xx") == 0);
+        EXPECT_TRUE(pairs[2].compare(pairs[0]) < 0 && pairs[0].compare("x") > 0);
+        pairs[1].getName(&text, &size);
+        EXPECT_TRUE(text == pairs[1].getName() && size == 3);
+        pairs[2].getValue(&text, &size);
+        EXPECT_TRUE(text == pairs[2].getValue() && text == nullptr && size == 0);
+        NZBYTE bytes[24] = {};
+        URLDecoder().hexStringToPNZBYTE24(std::string(48, 'a').c_str(), &bytes);
+        EXPECT_TRUE(bytes[0] == 0xAA && bytes[23] == 0xAA);
+        file.setIniFileName(nullptr);
+        EXPECT_TRUE(file.getIniFileName() == nullptr && file.Populated() == 0);
+        HTMLPage page;
+        page.set_HTMLSourceFile(new char[2]{'a', '\0'});
+        EXPECT_STREQ(page.get_HTMLSourceFile(), "a");
+    });
+    EXPECT_EQ(callsOf(records, "(?!.*::hex.*har)"),
+              "NameValuePair::compare(&NameValuePair) NameValuePair::compare(char*) "
+              "NameValuePair::compare(&NameValuePair) NameValuePair::compare(char*) "
+              "NameValuePair::getName ConfigPart::getName NameValuePair::getValue "
+              "ConfigPart::getValue URLDecoder::URLDecoder URLDecoder::hexStringToPNZBYTE24 "
+              "URLDecoder::~URLDecoder IniFileSet::setIniFileName IniFileSet::populate "
+              "HTMLPage::HTMLPage HTMLPage::set_HTMLSourceFile HTMLPage::get_HTMLSourceFile "
+              "HTMLPage::~HTMLPage ");
+    char path[9];
+    EXPECT_EQ(findfileinpath("NONE", "/etc/passwd", path, 9), 0);
+    EXPECT_EQ(findfileinpath("PATH", "/etc/passwd", path, 0), 0);
     pairs[2].set_oValue(new char[2]{'v', '\0'});
     pairs[2].set_oValueLength(2);
-    testing::internal::CaptureStdout();
-    NameValuePairSet(set).dump();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+    const auto dumped = [](NameValuePairSet copy) {
+        testing::internal::CaptureStdout();
+        copy.dump();
+        return testing::internal::GetCapturedStdout();
+    };
+    NameValuePairSet assigned;
+    EXPECT_EQ(dumped(assigned = set),
               "NameValuePairSet-------------Start\nNumberInSet<2>\nMaxNumberInSet<256>\n"
               "HalfLife<2>\noIndexOfPairs[0]\nName<a\0>\nValue<v\0>\noIndexOfPairs[1]\n"
               "Name<xx\0>\nValue<2\0#3\0>\nNameValuePairSet-------------End\n"s);
+    for (int count = 2; count <= 256; ++count) {
+        set.push(&pairs[0]);
+    }
+    EXPECT_TRUE(set.getFirst() == &pairs[2] && set.find("xx") != nullptr);
+    EXPECT_NE(dumped(set).find("NumberInSet<257>\nMaxNumberInSet<512>"), std::string::npos);
     CGIPartSet form;
     form.Initialize("full=abc&cut=a%00b&none=", 24);
     check(
@@ -62,7 +126,7 @@ TEST_F(Services, PartsAndSetsServeOtherPrograms) {
         });
 }
 
-TEST_F(Services, TransportsServeOtherPrograms) {
+TEST_F(Classes, FindSettingsForOtherPrograms) {
     writeFile("other.ini", "b request\nNZIGwQueueManager QM2\n");
     writeFile("dnz.ini", "b default\nc default\nNZIGwQueueManager QM1\n");
     struct : Cache {
@@ -70,6 +134,7 @@ TEST_F(Services, TransportsServeOtherPrograms) {
         std::string written;
         long size = 0;
     } cache;
+    setVariable("GATEWAY_INTERFACE", "Zz 9/");
     check(R"(a=form&b=x a => form | b=&NZIGwIniFile=other.ini b => request | b= b => default
         NZIGwIniFile=other.ini c => default | NZIGwQueueManager= NZIGwQueueManager => none
         NZIGwIniFile= c => default | NZIGwIniFile=other.ini NZIGwQueueManager => QM2 | x=y e => -)",
@@ -79,6 +144,7 @@ TEST_F(Services, TransportsServeOtherPrograms) {
               EXPECT_NE(std::freopen("body", "r", stdin), nullptr);
               setVariable("CONTENT_LENGTH", std::to_string(form.size()).c_str());
               CGIInterface transport;
+              EXPECT_STREQ(transport.InterfaceType(), "CGI");
               EXPECT_EQ(transport.CacheContext(&cache, nullptr), 1);
               const ConfigurationPart* part =
                   transport.getConfigurationSet()->findPart(next(in).c_str());
@@ -87,13 +153,8 @@ TEST_F(Services, TransportsServeOtherPrograms) {
               return part == nullptr ? "-" : part->getValue() ? part->getValue() : "none"s;
           });
     EXPECT_TRUE(cache.written.starts_with("&"s + ContextName[0] + "=&" + ContextName[1] + "="));
-    HTMLPage page("a.htm");
-    const HTMLPage copy(page);
-    page.setHTMLSourceFileName("b.htm");
-    EXPECT_TRUE(copy != page && (page = copy) == copy && copy != HTMLPage());
-    NZBYTE bytes[24] = {};
-    URLDecoder().hexStringToPNZBYTE24("00fF10A90102030400fF10A90102030400fF10A901020g04", &bytes);
-    EXPECT_EQ(std::string(bytes + 20, bytes + 24), "\1\2\0\4"s);
+    EXPECT_TRUE(cache.written.ends_with("&GATEWAY_INTERFACE=Zz+9%2F"));
+    EXPECT_EQ(cache.size, static_cast<long>(cache.written.size()));
 }
 
 }  // namespace

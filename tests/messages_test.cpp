@@ -21,6 +21,8 @@ std::map<int, std::string> catalogue = {
     {1080, kWord + " b c " + kWord + " d"},
     {1081, kLong + " b " + kLong},
     {1082, kLong},
+    {1083, kWord.substr(39) + " " + kWord.substr(40)},
+    {1084, kWord.substr(39) + " " + kWord.substr(39)},
     {6090, "No text for %6."},
     {16665, "Groups above nine"}};
 std::string tried;                             // the names of the catalogues that were asked for
@@ -81,7 +83,8 @@ TEST_F(Services, RetrieveMessages) {
           messageOf);
     check("1080 3 200 => 0 " + kWord + " b c " + kWord + " d | 1080 11 200 => 0 " + kWord +
               "/b c/" + kWord + "/d | 1081 11 200 => 0 " + kLong + "/b/" + kLong +
-              " | 1082 11 200 => 0 " + kLong,
+              " | 1082 11 200 => 0 " + kLong + " | 1083 11 200 => 0 " + kWord.substr(39) + " " +
+              kWord.substr(40) + " | 1084 11 200 => 0 " + kWord.substr(39) + "/" + kWord.substr(39),
           messageOf);
     EXPECT_EQ(xnzGetMessage(0x1000, kPlainMessage, {}, 0, nullptr, 0, nullptr, 1, nullptr, 0),
               xecE_E_INVALID_BUFFLEN);
@@ -124,4 +127,10 @@ TEST_F(Services, HandOutInserts) {
               EXPECT_EQ(buffer[size], size < 20 ? '?' : '\0');
               return (code == 77 ? "" : "cut: ") + std::string(buffer);
           });
+    char** values = nullptr;
+    std::int32_t count = 0;
+    EXPECT_EQ(xcsConvertInserts(-1, {.text2 = "b"}, kInsertCcsid, &values, &count), 0);
+    EXPECT_EQ(std::vector<std::string>(values, values + count),
+              std::vector<std::string>({"0", "0", "", "b", "", "-1", "0", "0"}));
+    std::free(values);
 }

@@ -8,9 +8,12 @@
 #include "services/base/ReturnCodes.h"
 #include "services/base/Text.h"
 #include "services/inner/ControlBlock.h"
+#include "services/inner/OutputFiles.h"
+#include "services/inner/ReturnCodeNames.h"
 #include "services/inner/SystemInformation.h"
 #include "services/inner/TraceRecords.h"
 #include "services/outer/Environment.h"
+#include "services/outer/MessageText.h"
 #include "services/outer/ServiceCalls.h"
 #include "services/outer/StartStop.h"
 
@@ -19,7 +22,7 @@ using namespace dnz;
 namespace {
 
 std::string ownFile(const char* extension) {
-    return contentsOf(ServiceFileName(extension).c_str());
+    return contentsOf(OutputFileName(extension).c_str());
 }
 
 const char* valueOf(const std::string& text) {
@@ -71,12 +74,20 @@ TEST_F(Services, NameReturnCodesOrSpellThem) {
         R"(0 => OK | 1 => 1 | 99 => 99 | -2147483648 => -2147483648 | 2294 => NZRC_UNKNOWN_REF_OBJECT
         100 => Not found in retcode translation table (64) (100) | 536895543 => xecS_E_NONE
         2147483647 => Not found in retcode translation table (7FFFFFFF) (2147483647)
-        536895769 => xecF_E_UNEXPECTED_SYSTEM_RC | 2111 => NZRC_SOURCE_CCSID_ERROR)",
+        536895769 => xecF_E_UNEXPECTED_SYSTEM_RC | 2120 => NZRC_CONVERTED_MSG_TOO_BIG)",
         [](std::istream& in) {
             char text[kReturnCodeTextSize];
             xnz_xtrFormatRC(text, next<std::int32_t>(in));
             return std::string(text);
         });
+    // The table was compared with the list of all codes, whose FNV-1a hash this is.
+    std::uint32_t hash = 2166136261;
+    for (const ReturnCodeName& row : xnzRetList) {
+        for (const char byte : std::to_string(row.code) + " " + row.name + "\n") {
+            hash = (hash ^ static_cast<unsigned char>(byte)) * 16777619;
+        }
+    }
+    EXPECT_EQ(hash, 0x1585362A);
 }
 
 TEST_F(Services, DumpLinesOfSixteenBytes) {
@@ -152,9 +163,19 @@ TEST_F(Services, FormatDateAndTimeIntoTheSpaceGiven) {
 }
 
 TEST_F(Services, StartOnceUnderANameInAProcessAndStopForGood) {
-    setVariable("DNZ_TRACE", "");
+    setVariable("DNZ_TRACE", "u");
+    setVariable("DNZ_PATH", "./");
     dnzcsaInit = 0;
     dnzxtr_entry("first");
+    EXPECT_EQ(xtrTraceIsOn + xtrUserTrace, 2);
+    for (void (*call)() :
+         {+[] { dnzxtr_text("text"); }, +[] { dnzxtr_exit("exit", 0); },
+          +[] { TraceScope scope("scope"); }, +[] { static_cast<void>(startedAndTracing()); },
+          +[] { dnz_xcsWYRD(nullptr, 1, 1, {}); }, +[] { MessageText(1000); }}) {
+        dnzcsaInit = 0;
+        call();
+        EXPECT_EQ(dnzcsaInit, 1);
+    }
     const CSCtrlBlock* block = xnzCSCtrl;
     EXPECT_TRUE(dnzcsaInit == 1 && block != &block_);
     const std::string trace = ownFile("TRC");
@@ -173,8 +194,10 @@ TEST_F(Services, StartOnceUnderANameInAProcessAndStopForGood) {
     xnz_xtrOpenTraceFile("stop");
     const std::size_t start = contentsOf("stop").size();
     EXPECT_EQ(xnzTermCommonServices() + xnzTermCommonServices(), 0);
+    EXPECT_EQ(xnz_xtrInitialize() + xnz_xtrTerminate(), 0);
+    EXPECT_EQ(xnz_xtrOpenTraceFile("none"), xecX_E_SERVICE_UNAVAILABLE);
     const std::string row = "   ! " + std::string(38, '!') + "\n";
-    const std::string end = "T   ------>xnz_xtrTerminate\nT   <------xnz_xtrTerminate (rc= OK)\n";
+    const std::string end = "T   ---->xnz_xtrTerminate\nT   <----xnz_xtrTerminate (rc= OK)\n";
     EXPECT_TRUE(withoutTimes(contentsOf("stop").substr(start))
                     .ends_with(end + row + "   ! Trace termination - closing trace file\n" + row));
     const std::int32_t depth = pCtl->depth;
@@ -184,12 +207,12 @@ TEST_F(Services, StartOnceUnderANameInAProcessAndStopForGood) {
 }
 
 TEST_F(Services, TakeTwoKeysFromTheEnvironmentFile) {
-    const std::string x(250, 'x');
+    const std::string x(245, 'x');
     check(
         "DNZ_TRACE=OFF; => - ON - | #DNZ_PATH;DNZ_TRACE; => DNZ_PATH= - /tmp |"
         "x;DNZ_TRACE;DNZ_PATH=/else; => DNZ_PATH= ON /tmp | DNZ_TRACE => - - - |"
         "a\rDNZ_TRACE; => - - - | " +
-            x + "1234567890DNZ_TRACE; => - ON - | " + x + "DNZ_TRACE; => - - -",
+            x + "DNZ_TRACE; => - ON - | " + x + "xDNZ_TRACE; => - - -",
         [](std::istringstream& in) {
             const auto shown = [](const char* text) { return std::string(text ? text : "-"); };
             setVariable("DNZ_TRACE", nullptr);

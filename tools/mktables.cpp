@@ -18,7 +18,7 @@
 #include <utility>
 #include <vector>
 
-#include "services/base/Handle.h"
+#include "services/base/File.h"
 #include "services/base/Text.h"
 #include "xlat/LeadBytes.h"
 

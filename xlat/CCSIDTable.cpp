@@ -1,7 +1,5 @@
 #include "xlat/CCSIDTable.h"
 
-#include <algorithm>
-#include <iterator>
 #include <new>
 
 #include "services/base/ReturnCodes.h"
@@ -28,20 +26,9 @@ void xxxInsertNode(CCSIDNode** place, const CCSIDEntry* entry) {
 CCSIDNode* xxxCreateNode(const CCSIDEntry* entry) {
     auto* node = new (std::nothrow) CCSIDNode{};
     if (node != nullptr) {
-        setNodeFields(node, *entry);
+        copyEntry(*entry, *node);
     }
     return node;
-}
-
-void dnz::setNodeFields(CCSIDNode* node, const CCSIDEntry& entry) {
-    node->ccsid = entry.ccsid;
-    node->sbcsPage = entry.sbcsPage;
-    node->dbcsPage = entry.dbcsPage;
-    node->encodingClass = entry.encodingClass;
-    node->widthClass = entry.widthClass;
-    node->leadByteClass = entry.leadByteClass;
-    std::copy(std::begin(entry.sbcsPageHex), std::end(entry.sbcsPageHex), node->sbcsPageHex);
-    std::copy(std::begin(entry.dbcsPageHex), std::end(entry.dbcsPageHex), node->dbcsPageHex);
 }
 
 void xxxDeleteNode(CCSIDNode** place) {

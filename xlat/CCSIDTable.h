@@ -7,15 +7,12 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 
 namespace dnz {
 
-// A page number as text: four lower-case hexadecimal digits and a terminator.
+// A page number as text: four lower-case hexadecimal digits and a terminator. Page 0 means no page.
 constexpr std::size_t kPageTextSize = 5;
-
-// The text of page 0, which means no page.
-constexpr char kNoPageText[kPageTextSize] = "0000";
-
 constexpr std::int32_t kLargestPage = 0xFFFF;
 
 // widthClass. Any other value has no effect on a conversion.
@@ -29,16 +26,16 @@ constexpr std::int32_t kOtherPcEncoding = 3;
 
 }  // namespace dnz
 
-// One line of the table file.
+// One line of the table file, at first one without pages.
 struct CCSIDEntry {
-    std::int32_t ccsid;
-    std::int32_t sbcsPage;
-    std::int32_t dbcsPage;
-    std::int32_t encodingClass;
-    std::int32_t widthClass;
-    std::int32_t leadByteClass;  // which bytes begin a double-byte character in PC text
-    char sbcsPageHex[dnz::kPageTextSize];
-    char dbcsPageHex[dnz::kPageTextSize];
+    std::int32_t ccsid = 0;
+    std::int32_t sbcsPage = 0;
+    std::int32_t dbcsPage = 0;
+    std::int32_t encodingClass = 0;
+    std::int32_t widthClass = 0;
+    std::int32_t leadByteClass = 0;  // which bytes begin a double-byte character in PC text
+    char sbcsPageHex[dnz::kPageTextSize] = "0000";
+    char dbcsPageHex[dnz::kPageTextSize] = "0000";
 };
 
 // An entry in the tree.
@@ -54,6 +51,23 @@ struct CCSIDNode {
     char sbcsPageHex[dnz::kPageTextSize];
     char dbcsPageHex[dnz::kPageTextSize];
 };
+
+namespace dnz {
+
+// Copies the fields of an entry to or from a node, whose links stay.
+template <typename Source, typename Target>
+void copyEntry(const Source& source, Target& target) {
+    target.ccsid = source.ccsid;
+    target.sbcsPage = source.sbcsPage;
+    target.dbcsPage = source.dbcsPage;
+    target.encodingClass = source.encodingClass;
+    target.widthClass = source.widthClass;
+    target.leadByteClass = source.leadByteClass;
+    std::memcpy(target.sbcsPageHex, source.sbcsPageHex, kPageTextSize);
+    std::memcpy(target.dbcsPageHex, source.dbcsPageHex, kPageTextSize);
+}
+
+}  // namespace dnz
 
 // The node of `ccsid`, or null. A null root is an empty tree.
 CCSIDNode* xxxFindNode(CCSIDNode* root, std::int32_t ccsid);
@@ -71,10 +85,3 @@ void xxxDeleteNode(CCSIDNode** place);
 
 // Frees all nodes below `node` but not the node itself, whose links are null then. Always 0.
 std::int32_t xxxFreeNode(CCSIDNode* node);
-
-namespace dnz {
-
-// Overwrites all fields of `node` but its links.
-void setNodeFields(CCSIDNode* node, const CCSIDEntry& entry);
-
-}  // namespace dnz

@@ -78,7 +78,7 @@ public:
     void setEntry(const CCSIDEntry& entry) {
         moveTo(entry.ccsid);
         if (*place_ != nullptr) {
-            setNodeFields(*place_, entry);
+            copyEntry(entry, **place_);
         } else {
             xxxInsertNode(place_, &entry);
         }

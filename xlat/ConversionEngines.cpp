@@ -11,7 +11,6 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
-#include <iterator>
 #include <numeric>
 
 #include "services/base/ReturnCodes.h"

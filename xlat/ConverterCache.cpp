@@ -237,16 +237,11 @@ std::int32_t xxxOpenConv(const char* targetSbcs, const char* targetDbcs, const c
     if (singleBytePart == kNotFound) {
         singleBytePart = loadTable(singleByteKey.text(), 0, kSingleByteKind);
     }
-    if (singleBytePart == kNotFound) {
-        return trace.exitWith(kNoHandle);
-    }
-    if (doubleBytePart == kNotFound) {
+    if (doubleBytePart == kNotFound && singleBytePart != kNotFound) {
         doubleBytePart = loadTable(doubleByteKey.text(), leadByteClass, kDoubleByteKind);
     }
-    if (doubleBytePart == kNotFound) {
-        return trace.exitWith(kNoHandle);
-    }
-    return trace.exitWith(singleBytePart * kHandleBase + doubleBytePart);
+    const bool hasBoth = singleBytePart != kNotFound && doubleBytePart != kNotFound;
+    return trace.exitWith(hasBoth ? singleBytePart * kHandleBase + doubleBytePart : kNoHandle);
 }
 
 void dnz::freeConverters() {

@@ -21,24 +21,6 @@ namespace dnz {
 constexpr std::size_t kTagSize = 4;
 constexpr std::size_t kConverterKeySize = 9;
 
-}  // namespace dnz
-
-// One table. Its kind needs no field: a page number belongs to one kind only.
-struct ConvSlot {
-    char tag[dnz::kTagSize];           // "ICNV" in use, "????" given up, anything else never used
-    char key[dnz::kConverterKeySize];  // source page text, target page text, terminator
-    unsigned char* table;              // owned by the slot
-    std::int32_t tableSize;      // as read; a double-byte table has zeros after it, up to 65536
-    std::int32_t leadByteClass;  // double-byte tables: that of the CCSID that came first
-};
-
-// The slots, used or not, and their count: null and 0 until the first use of a table. Owned by the
-// cache.
-extern ConvSlot* iconv_list;
-extern std::int32_t iconv_list_size;
-
-namespace dnz {
-
 // A conversion handle is the single-byte part times kHandleBase plus the double-byte part. A
 // part that is neither of the two special values is the number of a slot plus 1.
 constexpr std::int32_t kHandleBase = 1000;
@@ -54,6 +36,20 @@ const char* tableDirectory();
 void freeConverters();
 
 }  // namespace dnz
+
+// One table. Its kind needs no field: a page number belongs to one kind only.
+struct ConvSlot {
+    char tag[dnz::kTagSize];           // "ICNV" in use, "????" given up, anything else never used
+    char key[dnz::kConverterKeySize];  // source page text, target page text, terminator
+    unsigned char* table;              // owned by the slot
+    std::int32_t tableSize;      // as read; a double-byte table has zeros after it, up to 65536
+    std::int32_t leadByteClass;  // double-byte tables: that of the CCSID that came first
+};
+
+// The slots, used or not, and their count: null and 0 until the first use of a table. Owned by the
+// cache.
+extern ConvSlot* iconv_list;
+extern std::int32_t iconv_list_size;
 
 // Finds or loads the tables for a conversion. The first four arguments are page texts, "0000" for a
 // missing part. Returns the handle, valid until the services stop, or kNoHandle with errno (POSIX)

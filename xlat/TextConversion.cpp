@@ -5,10 +5,13 @@
 #include <cstring>
 
 #include "services/base/ReturnCodes.h"
+#include "services/base/Text.h"
 #include "services/inner/ControlBlock.h"
 #include "services/inner/FailureReport.h"
+#include "services/inner/SystemInformation.h"
 #include "services/inner/TraceRecords.h"
 #include "xlat/CCSIDTable.h"
+#include "xlat/CCSIDTableFile.h"
 #include "xlat/ConversionEngines.h"
 #include "xlat/ConverterCache.h"
 
@@ -19,41 +22,10 @@ namespace {
 // An unknown encoding class gives no direction.
 constexpr ConvMode kNoMode{};
 
-// The code pages of one side of a conversion, as far as they take part. Between equal CCSIDs no
-// page takes part, which is the initial state here.
-struct Side {
-    std::int32_t sbcsPage = 0;
-    std::int32_t dbcsPage = 0;
-    const char* sbcsText = kNoPageText;
-    const char* dbcsText = kNoPageText;
-    std::int32_t encodingClass = 0;
-    std::int32_t widthClass = 0;
-    std::int32_t leadByteClass = 0;
-
-    bool load(std::int32_t ccsid) {
-        const CCSIDNode* node = xxxFindNode(xnzCSCtrl->ccsidTable, ccsid);
-        if (node == nullptr) {
-            return false;
-        }
-        *this = {.sbcsPage = node->sbcsPage,
-                 .dbcsPage = node->dbcsPage,
-                 .sbcsText = node->sbcsPageHex,
-                 .dbcsText = node->dbcsPageHex,
-                 .encodingClass = node->encodingClass,
-                 .widthClass = node->widthClass,
-                 .leadByteClass = node->leadByteClass};
-        return true;
-    }
-
-    void dropDoubleBytes() {
-        dbcsPage = 0;
-        dbcsText = kNoPageText;
-    }
-};
-
+// The sides contain the pages that take part. Between equal CCSIDs none does.
 struct Conversion {
-    Side from;
-    Side to;
+    CCSIDEntry from;
+    CCSIDEntry to;
     const unsigned char* source;
     std::int32_t sourceLength;
     unsigned char* target;
@@ -67,26 +39,39 @@ std::int32_t checkLengths(std::int32_t sourceLength, std::int32_t targetLength) 
     return targetLength < 0 ? NZRC_TARGET_LENGTH_ERROR : kServiceOk;
 }
 
+bool loadSide(CCSIDEntry& side, std::int32_t ccsid) {
+    const CCSIDNode* node = xxxFindNode(xnzCSCtrl->ccsidTable, ccsid);
+    if (node != nullptr) {
+        copyEntry(*node, side);
+    }
+    return node != nullptr;
+}
+
 std::int32_t loadSides(Conversion& conversion, std::int32_t fromCCSID, std::int32_t toCCSID) {
     if (fromCCSID == toCCSID) {
         return kServiceOk;
     }
-    if (!conversion.from.load(fromCCSID)) {
+    if (!loadSide(conversion.from, fromCCSID)) {
         return NZRC_SOURCE_CCSID_ERROR;
     }
-    return conversion.to.load(toCCSID) ? kServiceOk : NZRC_TARGET_CCSID_ERROR;
+    return loadSide(conversion.to, toCCSID) ? kServiceOk : NZRC_TARGET_CCSID_ERROR;
+}
+
+void dropDoubleBytes(CCSIDEntry& side) {
+    side.dbcsPage = 0;
+    BoundedText(side.dbcsPageHex).append("0000");
 }
 
 // Text that is single-byte on one side counts as single-byte on the other.
-void settleWidth(Side& from, Side& to) {
+void settleWidth(CCSIDEntry& from, CCSIDEntry& to) {
     if (to.widthClass == kMixedWidth && from.widthClass == kSingleByteWidth) {
-        to.dropDoubleBytes();
+        dropDoubleBytes(to);
     } else if (to.widthClass == kSingleByteWidth && from.widthClass == kMixedWidth) {
-        from.dropDoubleBytes();
+        dropDoubleBytes(from);
     }
 }
 
-bool hasSamePages(const Side& from, const Side& to) {
+bool hasSamePages(const CCSIDEntry& from, const CCSIDEntry& to) {
     return from.sbcsPage == to.sbcsPage && from.dbcsPage == to.dbcsPage;
 }
 
@@ -100,15 +85,15 @@ std::int32_t copyText(const Conversion& conversion) {
     return fits ? kServiceOk : NZRC_CONVERTED_MSG_TOO_BIG;
 }
 
-bool isHost(const Side& side) {
+bool isHost(const CCSIDEntry& side) {
     return side.encodingClass == kHostEncoding;
 }
 
-bool isPc(const Side& side) {
+bool isPc(const CCSIDEntry& side) {
     return side.encodingClass == kPcEncoding || side.encodingClass == kOtherPcEncoding;
 }
 
-ConvMode modeOf(const Side& from, const Side& to) {
+ConvMode modeOf(const CCSIDEntry& from, const CCSIDEntry& to) {
     if (isHost(from)) {
         return isHost(to) ? ConvHostToHost : isPc(to) ? ConvHostToPC : kNoMode;
     }
@@ -119,7 +104,7 @@ ConvMode modeOf(const Side& from, const Side& to) {
 }
 
 // Mixed text can only be read and written where the encoding of both sides is known.
-std::int32_t checkEncodings(const Side& from, const Side& to) {
+std::int32_t checkEncodings(const CCSIDEntry& from, const CCSIDEntry& to) {
     const bool isMixed = from.dbcsPage != 0 || to.dbcsPage != 0;
     if (isMixed && !isHost(from) && !isPc(from)) {
         return NZRC_SOURCE_CCSID_ERROR;
@@ -134,20 +119,17 @@ std::int32_t openFailure(int error) {
         return NZRC_STORAGE_NOT_AVAILABLE;
     }
     if (error != EINVAL) {
-        xcsINSERTS inserts;
-        inserts.number1 = NZRC_NOT_CONVERTED;
-        inserts.number2 = error;
-        inserts.text1 = "Unexpected Error from xxxOpenConv";
-        inserts.text2 = " ";
-        inserts.text3 = " ";
-        xnz_xcsWYRD("xcsConvertString", 1, inserts);
+        xnz_xcsWYRD("xcsConvertString", 1,
+                    {.number1 = NZRC_NOT_CONVERTED,
+                     .number2 = error,
+                     .text1 = "Unexpected Error from xxxOpenConv"});
     }
     return NZRC_NOT_CONVERTED;
 }
 
 std::int32_t convertText(Conversion& conversion) {
-    const Side& from = conversion.from;
-    const Side& to = conversion.to;
+    const CCSIDEntry& from = conversion.from;
+    const CCSIDEntry& to = conversion.to;
     if (conversion.sourceLength > *conversion.targetLength) {
         return NZRC_CONVERTED_MSG_TOO_BIG;
     }
@@ -155,8 +137,8 @@ std::int32_t convertText(Conversion& conversion) {
     if (code != kServiceOk) {
         return code;
     }
-    const std::int32_t handle =
-        xxxOpenConv(to.sbcsText, to.dbcsText, from.sbcsText, from.dbcsText, from.leadByteClass);
+    const std::int32_t handle = xxxOpenConv(to.sbcsPageHex, to.dbcsPageHex, from.sbcsPageHex,
+                                            from.dbcsPageHex, from.leadByteClass);
     if (handle == kNoHandle) {
         return openFailure(errno);
     }
@@ -165,6 +147,31 @@ std::int32_t convertText(Conversion& conversion) {
 }
 
 }  // namespace
+
+std::int32_t xxxInitialize() {
+    ServiceTraceScope trace("xxxInitialize");
+    if (xnzCSCtrl == nullptr) {
+        return trace.exitWith(xecX_E_SERVICE_UNAVAILABLE);
+    }
+    xnzCSCtrl->systemCodePage = ObtainSystemCP();
+    FileReader file;
+    if (!openCcsidTable(file)) {
+        return trace.exitWith(xecX_S_NO_CCSID_TABLE);
+    }
+    CCSIDNode* root = readCcsidTable(file);
+    xxxDeleteNode(&xnzCSCtrl->ccsidTable);
+    xnzCSCtrl->ccsidTable = root;
+    return kServiceOk;
+}
+
+std::int32_t xxxTerminate() {
+    const ServiceTraceScope trace("xxxTerminate");
+    if (xnzCSCtrl != nullptr) {
+        xxxDeleteNode(&xnzCSCtrl->ccsidTable);
+    }
+    freeConverters();
+    return kServiceOk;
+}
 
 std::int32_t xcsConvertString(std::int32_t fromCCSID, std::int32_t toCCSID, const char* source,
                               std::int32_t sourceLength, char* target, std::int32_t* targetLength) {

@@ -43,3 +43,11 @@ struct CCSIDType {
 // Fills `out` for `ccsid`. 0, xecX_E_SERVICE_UNAVAILABLE before the services are started, or
 // xecX_S_CCSID_NOT_FOUND; `out` is untouched unless the result is 0.
 [[nodiscard]] std::int32_t xcsQueryCCSIDType(std::int32_t ccsid, CCSIDType* out);
+
+// Start and stop of the text conversion, only for those of the services.
+// The start finds the code page of the system and reads the CCSID table. 0,
+// xecX_E_SERVICE_UNAVAILABLE if the services have no control block yet, or xecX_S_NO_CCSID_TABLE
+// without a table file. Conversions then only copy text between equal CCSIDs.
+std::int32_t xxxInitialize();
+// Frees the CCSID table and all translation tables. Always 0.
+std::int32_t xxxTerminate();

@@ -7,11 +7,18 @@
 #include <unistd.h>
 
 #include <cstddef>
+#include <cstdio>
+#include <memory>
 #include <utility>
 
-#include "services/base/Handle.h"
-
 namespace dnz {
+
+struct StreamCloser {
+    void operator()(std::FILE* stream) const { std::fclose(stream); }
+};
+
+// An open stream, closed with the object; null when the open failed.
+using StreamHandle = std::unique_ptr<std::FILE, StreamCloser>;
 
 // An open file of the operating system, closed with the object.
 class FileDescriptor {

@@ -1,7 +1,6 @@
 #include "services/base/Text.h"
 
 #include <climits>
-#include <cstdarg>
 #include <cstdio>
 #include <cstdlib>
 

@@ -1,14 +1,24 @@
-// Terminated texts: views of texts that may be null, numbers in texts, and bounded builders. All
-// buffers of fixed size are filled by these builders, which cut a text instead of overrunning.
+// Terminated texts: texts of the C library, views of texts that may be null, numbers in texts, and
+// bounded builders. All buffers of fixed size are filled by these builders, which cut a text
+// instead of overrunning.
 #pragma once
 
 #include <algorithm>
 #include <cstdarg>
 #include <cstddef>
+#include <cstdlib>
 #include <cstring>
+#include <memory>
 #include <string_view>
 
 namespace dnz {
+
+struct TextReleaser {
+    void operator()(char* text) const { std::free(text); }
+};
+
+// A text from malloc or calloc, released with the object.
+using CTextHandle = std::unique_ptr<char, TextReleaser>;
 
 // The text, or an empty one for null.
 inline std::string_view viewOf(const char* text) {

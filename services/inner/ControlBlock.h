@@ -1,13 +1,11 @@
 // The control block of the common services: one record for each process, with the state of all the
-// services, and the names of variables and files that derive from it. The start of the services
-// makes it, their stop releases it.
+// services. The start of the services makes it, their stop releases it.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
-
-#include "services/base/Text.h"
+#include <string_view>
 
 struct CCSIDNode;  // the conversion's own; here only the root of its tree is kept
 
@@ -46,20 +44,11 @@ constexpr std::int32_t reduceProcessId(std::int32_t processId) {
 // The reduced id of this process (getpid, POSIX).
 std::int32_t reducedProcessId();
 
-// The value of the environment variable whose name is the service name and `suffix`, such as
-// DNZ_TRACE for "_TRACE". Null if it isn't set or the services aren't started. Borrowed from the
-// environment.
+// The first four bytes of the service name, with which the names of its variables and files begin.
+std::string_view serviceStem();
+
+// The value of the environment variable whose name is the stem and `suffix`, such as DNZ_TRACE for
+// "_TRACE". Null if it isn't set or the services aren't started. Borrowed from the environment.
 const char* serviceVariable(const char* suffix);
-
-// The directory for trace files and reports, from the service variable _PATH. Null, for the working
-// directory, if the variable isn't set or is empty. Borrowed from the environment.
-const char* serviceDirectory();
-
-// The name of a trace file or a report of this process, such as DNZ04711.TRC: eight characters from
-// the service name and the reduced process id, a period and `extension`.
-class ServiceFileName : public FixedText<16> {
-public:
-    explicit ServiceFileName(const char* extension);
-};
 
 }  // namespace dnz

@@ -12,6 +12,7 @@
 #include "services/inner/BuildInformation.h"
 #include "services/inner/ControlBlock.h"
 #include "services/inner/FunctionStack.h"
+#include "services/inner/OutputFiles.h"
 #include "services/inner/TraceControl.h"
 #include "services/inner/TraceRecords.h"
 
@@ -24,29 +25,19 @@ namespace {
 constexpr std::size_t kFirstRowText = 75;
 constexpr std::size_t kSecondRowText = 70;
 constexpr std::size_t kInnerWidth = 77;
+constexpr char kBorder[] =
+    "+-----------------------------------------------------------------------------+\n";
 
 // One box row: the border, the indentation, the text, spaces up to the other border.
-void appendRow(BoundedText& line, const char* indentation, std::string_view text) {
-    const std::string_view indent = indentation;
-    const int rest = static_cast<int>(kInnerWidth - indent.size());
-    line.append("|").append(indent);
-    line.appendf("%-*.*s", rest, static_cast<int>(text.size()), text.data());
-    line.append("|\n");
+void appendRow(BoundedText& line, std::string_view indentation, std::string_view text) {
+    const int rest = static_cast<int>(kInnerWidth - indentation.size());
+    line.append("|").append(indentation);
+    line.appendf("%-*.*s|\n", rest, static_cast<int>(text.size()), text.data());
 }
 
 void printRow(const char* row, std::FILE* stream) {
     std::fputs(row, stream);
     std::fflush(stream);
-}
-
-void printBorder(char* line, std::FILE* stream) {
-    BoundedText text(line, kReportLineSize);
-    text.append("+");
-    for (std::size_t i = 0; i < kInnerWidth; ++i) {
-        text.append("-");
-    }
-    text.append("+\n");
-    printRow(line, stream);
 }
 
 // The current time in the format of ctime, without its line feed. Borrowed from the C library,
@@ -57,14 +48,13 @@ std::string_view presentTime() {
     return text.substr(0, text.find('\n'));
 }
 
-// Callers in other programs may omit a comment.
+// What a report shows for a comment, which may be missing.
 const char* commentOf(const char* text) {
     return text != nullptr ? text : " ";
 }
 
 // Writes one text of the box, formatted as by printf.
-void printText(std::FILE* stream, const char* format, ...) __attribute__((format(printf, 2, 3)));
-void printText(std::FILE* stream, const char* format, ...) {
+[[gnu::format(printf, 2, 3)]] void printText(std::FILE* stream, const char* format, ...) {
     FixedText<kReportLineSize> text;
     std::va_list arguments;
     va_start(arguments, format);
@@ -75,8 +65,8 @@ void printText(std::FILE* stream, const char* format, ...) {
 }
 
 StreamHandle openReportFile() {
-    const ServiceFileName name("FDC");
-    if (const char* directory = serviceDirectory(); directory != nullptr) {
+    const OutputFileName name("FDC");
+    if (const char* directory = outputDirectory(); directory != nullptr) {
         const Path path(directory, name.view());
         StreamHandle file = path.fits() ? openPrivateStream(path.c_str(), "a") : nullptr;
         if (file != nullptr) {
@@ -91,9 +81,7 @@ void writeReport(const char* functionName, std::int32_t probe, const xcsINSERTS&
     if (fdcFile == nullptr) {
         fdcFile = openReportFile().release();
     }
-    if (fdcFile != nullptr) {
-        CreateWYRD(functionName, probe, inserts);
-    }
+    CreateWYRD(functionName, probe, inserts);
     xnzCSCtrl->inFailureReport = 0;
 }
 
@@ -139,11 +127,12 @@ std::int32_t CreateWYRD(const char* functionName, std::int32_t probe, xcsINSERTS
 }
 
 void PrintTop(char* line, std::FILE* stream) {
-    printBorder(line, stream);
+    BoundedText(line, kReportLineSize).append(kBorder);
+    printRow(line, stream);
 }
 
 void PrintBot(char* line, std::FILE* stream) {
-    printBorder(line, stream);
+    PrintTop(line, stream);
 }
 
 void PrintBlank(char* line, std::FILE* stream) {

@@ -1,5 +1,5 @@
 // The function stack: the chain of callers for failure reports, kept whether or not the process
-// traces.
+// traces. The entry and exit records of TraceRecords.h maintain it.
 #pragma once
 
 #include <cstddef>
@@ -22,10 +22,3 @@ struct FunctionStackBlock {
 
 // Null before the first entry, and always if memory runs out then. Never released.
 extern FunctionStackBlock* pCtl;
-
-namespace dnz {
-
-// Makes the stack. If memory runs out, it stays null.
-void makeFunctionStack();
-
-}  // namespace dnz

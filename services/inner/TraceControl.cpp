@@ -11,6 +11,7 @@
 #include "services/inner/BuildInformation.h"
 #include "services/inner/ControlBlock.h"
 #include "services/inner/FailureReport.h"
+#include "services/inner/OutputFiles.h"
 #include "services/inner/TraceRecords.h"
 
 using namespace dnz;
@@ -22,13 +23,11 @@ const char* const xnz_level = kCodeLevelLine;
 namespace {
 
 std::int32_t reportUnopenedTraceFile(const char* path, int error) {
-    xcsINSERTS inserts;
-    inserts.number1 = xecX_E_SERVICE_UNAVAILABLE;
-    inserts.number2 = error;
-    inserts.text1 = "Unable to open trace file";
-    inserts.text2 = path;
-    inserts.text3 = " ";
-    xnz_xcsWYRD("xnz_xtrOpenTraceFile", 1, inserts);
+    xnz_xcsWYRD("xnz_xtrOpenTraceFile", 1,
+                {.number1 = xecX_E_SERVICE_UNAVAILABLE,
+                 .number2 = error,
+                 .text1 = "Unable to open trace file",
+                 .text2 = path});
     return xecX_E_SERVICE_UNAVAILABLE;
 }
 
@@ -40,29 +39,18 @@ void writeHead(std::FILE* file) {
     std::fflush(file);
 }
 
-void noteUserTrace(const char* traceValue) {
-    if (*traceValue == 'U' || *traceValue == 'u') {
+void startTracing(const char* traceValue) {
+    xnzCSCtrl->traceRequested = 1;
+    if (serviceVariable("_PATH") != nullptr && (*traceValue == 'U' || *traceValue == 'u')) {
         xnzCSCtrl->userTrace = 1;
         xtrUserTrace = 1;
     }
-}
-
-void startTracing(const char* traceValue) {
-    xnzCSCtrl->traceRequested = 1;
-    if (serviceVariable("_PATH") != nullptr) {
-        noteUserTrace(traceValue);
-    }
-    const Path path(serviceDirectory(), ServiceFileName("TRC").view());
+    const Path path(outputDirectory(), OutputFileName("TRC").view());
     if (!path.fits()) {
         reportUnopenedTraceFile(path.c_str(), ENAMETOOLONG);
         return;
     }
     xnz_xtrOpenTraceFile(path.c_str());
-}
-
-void traceBuildDate() {
-    FixedText<32> text("BuildDate ");
-    xnztr_text(text.append(kBuildDate).c_str());
 }
 
 }  // namespace
@@ -75,8 +63,8 @@ std::int32_t xnz_xtrInitialize() {
     if (const char* traceValue = serviceVariable("_TRACE"); traceValue != nullptr) {
         startTracing(traceValue);
     }
-    if (xnzCSCtrl->traceIsOn != 0) {
-        traceBuildDate();
+    if (isTracing()) {
+        xnztr_text(FixedText<32>("BuildDate ").append(kBuildDate).c_str());
     }
     return kServiceOk;
 }

@@ -10,6 +10,8 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <new>
+#include <utility>
 
 #include "services/base/ReturnCodes.h"
 #include "services/base/Text.h"
@@ -18,6 +20,8 @@
 #include "services/inner/ReturnCodeNames.h"
 
 using namespace dnz;
+
+FunctionStackBlock* pCtl = nullptr;
 
 namespace {
 
@@ -63,49 +67,44 @@ int dashCount(std::int32_t indentation) {
 constexpr std::size_t kBytesPerLine = 16;
 constexpr std::size_t kChunkSize = 4000;
 
-// The dump of one chunk. Runs of equal lines are written once and counted.
-class ChunkDump {
-public:
-    explicit ChunkDump(std::FILE* file) : file_(file) {}
-
-    void addLine(std::size_t offset, const unsigned char* bytes, std::size_t count) {
-        if (count == lastCount_ && std::memcmp(bytes, last_, count) == 0) {
-            ++identicalLines_;
-            return;
-        }
-        writeIdenticalLines();
-        std::memcpy(last_, bytes, count);
-        lastCount_ = count;
-        writeLine(offset, bytes, count);
+void writeDumpLine(std::size_t offset, const unsigned char* bytes, std::size_t count) {
+    FixedText<64> digits;
+    char characters[kBytesPerLine + 1];
+    digits.appendf("%04zX  ", offset);
+    for (std::size_t i = 0; i < count; ++i) {
+        digits.appendf("%02X ", static_cast<unsigned>(bytes[i]));
+        characters[i] = std::isprint(bytes[i]) != 0 ? static_cast<char>(bytes[i]) : '.';
     }
+    characters[count] = '\0';
+    std::fprintf(xnzCSCtrl->traceFile, "         %-54.54s : %-16.16s\n", digits.c_str(),
+                 characters);
+    std::fflush(xnzCSCtrl->traceFile);
+}
 
-    void writeIdenticalLines() {
-        if (identicalLines_ > 0) {
-            std::fprintf(file_, "         --- %d lines identical to above ---\n", identicalLines_);
-            std::fflush(file_);
-            identicalLines_ = 0;
+void writeIdenticalLines(int count) {
+    if (count > 0) {
+        std::fprintf(xnzCSCtrl->traceFile, "         --- %d lines identical to above ---\n", count);
+        std::fflush(xnzCSCtrl->traceFile);
+    }
+}
+
+// Dumps one chunk. Runs of equal lines are written once and counted.
+void writeDumpRecord(const unsigned char* bytes, std::size_t length) {
+    const std::size_t end = std::min(length, kChunkSize);
+    int identicalLines = 0;
+    for (std::size_t offset = 0; offset < end; offset += kBytesPerLine) {
+        const unsigned char* line = bytes + offset;
+        const std::size_t count = std::min(kBytesPerLine, end - offset);
+        if (offset > 0 && count == kBytesPerLine &&
+            std::memcmp(line, line - kBytesPerLine, kBytesPerLine) == 0) {
+            ++identicalLines;
+        } else {
+            writeIdenticalLines(std::exchange(identicalLines, 0));
+            writeDumpLine(offset, line, count);
         }
     }
-
-private:
-    void writeLine(std::size_t offset, const unsigned char* bytes, std::size_t count) {
-        FixedText<64> digits;
-        char characters[kBytesPerLine + 1];
-        digits.appendf("%04zX  ", offset);
-        for (std::size_t i = 0; i < count; ++i) {
-            digits.appendf("%02X ", static_cast<unsigned>(bytes[i]));
-            characters[i] = std::isprint(bytes[i]) != 0 ? static_cast<char>(bytes[i]) : '.';
-        }
-        characters[count] = '\0';
-        std::fprintf(file_, "         %-54.54s : %-16.16s\n", digits.c_str(), characters);
-        std::fflush(file_);
-    }
-
-    std::FILE* file_;
-    unsigned char last_[kBytesPerLine] = {};
-    std::size_t lastCount_ = 0;
-    int identicalLines_ = 0;
-};
+    writeIdenticalLines(identicalLines);
+}
 
 // Apart from enterFunction, whose other calls are too many to carry this along.
 [[gnu::cold, gnu::noinline]] char* traceEntry(const char* functionName, std::int32_t depth,
@@ -116,22 +115,12 @@ private:
 
 // The first entry, and every one for which there is no storage.
 [[gnu::cold, gnu::noinline]] char* enterWithoutStack(const char* functionName) {
-    makeFunctionStack();
-    return pCtl != nullptr ? enterFunction(functionName) : traceEntry(functionName, 0, nullptr);
-}
-
-void writeTextRecord(const char* text) {
-    std::fprintf(xnzCSCtrl->traceFile, "   ! %s\n", text);
-    std::fflush(xnzCSCtrl->traceFile);
-}
-
-void writeDumpRecord(const unsigned char* bytes, std::size_t length) {
-    ChunkDump dump(xnzCSCtrl->traceFile);
-    const std::size_t end = std::min(length, kChunkSize);
-    for (std::size_t offset = 0; offset < end; offset += kBytesPerLine) {
-        dump.addLine(offset, bytes + offset, std::min(kBytesPerLine, end - offset));
+    pCtl = new (std::nothrow) FunctionStackBlock;
+    if (pCtl == nullptr) {
+        return traceEntry(functionName, 0, nullptr);
     }
-    dump.writeIdenticalLines();
+    pCtl->depth = 0;  // says how many of the names are in use, so they needn't be cleared
+    return enterFunction(functionName);
 }
 
 }  // namespace
@@ -238,7 +227,8 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
     }
     const ErrnoKeeper keeper;
     if (kind == kTextRecord) {
-        writeTextRecord(static_cast<const char*>(data));
+        std::fprintf(xnzCSCtrl->traceFile, "   ! %s\n", static_cast<const char*>(data));
+        std::fflush(xnzCSCtrl->traceFile);
     } else if (kind == kDumpRecord && length > 0) {
         writeDumpRecord(static_cast<const unsigned char*>(data), static_cast<std::size_t>(length));
     }

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "services/base/Handle.h"
+#include "services/base/File.h"
 #include "services/base/Path.h"
 
 using namespace dnz;

@@ -4,8 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "services/base/Inserts.h"
-
 namespace dnz {
 
 // The size of a message, its terminator included. A longer message is cut.

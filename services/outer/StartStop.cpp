@@ -9,7 +9,7 @@
 #include "services/inner/ControlBlock.h"
 #include "services/inner/TraceControl.h"
 #include "services/inner/TraceRecords.h"
-#include "xlat/ConversionLifecycle.h"
+#include "xlat/TextConversion.h"
 
 using namespace dnz;
 

@@ -41,6 +41,12 @@ inline std::string withoutTimes(const std::string& trace) {
     return std::regex_replace(trace, std::regex("\\d\\d:\\d\\d:\\d\\d\n"), "T");
 }
 
+// The labels of the calls in a trace that begin with `prefix`, each with a space after it.
+inline std::string callsOf(const std::string& trace, const std::string& prefix = "") {
+    return std::regex_replace(trace, std::regex("->(" + prefix + ".*)"), "$1 ",
+                              std::regex_constants::format_no_copy);
+}
+
 class Services : public testing::Test {
 protected:
     Services() {
