@@ -73,35 +73,3 @@ class StagedTest(unittest.TestCase):
                 yield server
             finally:
                 server.terminate()
-
-
-def cached(name):
-    return CACHE.get(name, '')
-
-
-def output_of(*command, **options):
-    return subprocess.run(command, capture_output=True, text=True, check=True, **options).stdout
-
-
-@contextlib.contextmanager
-def running(port, *command, **options):
-    with subprocess.Popen(command, **options) as server:
-        try:
-            for _ in range(400):
-                with socket.socket() as probe:
-                    if probe.connect_ex(('127.0.0.1', port)) == 0:
-                        break
-                time.sleep(0.05)
-            yield f'http://127.0.0.1:{port}'
-        finally:
-            server.terminate()
-
-
-def free_port():
-    with socket.create_server(('127.0.0.1', 0)) as probe:
-        return probe.getsockname()[1]
-
-
-def served(folder, **variables):
-    port = free_port()
-    return running(port, ROOT / 'tools/serve.sh', folder, str(port), env={**os.environ, **variables})
