@@ -9,33 +9,29 @@
 
 #include "../tests/support/TemporaryDirectory.h"
 
-class Input {
-public:
-    explicit Input(std::string_view bytes) : bytes_(bytes) {}
+struct Input {
+    std::string_view bytes;
 
     // A number of so many bytes, the highest first.
-    std::uint32_t number(std::size_t bytes) {
+    std::uint32_t number(std::size_t size) {
         std::uint32_t bits = 0;
-        for (const char byte : text(bytes)) {
+        for (const char byte : text(size)) {
             bits = bits << 8U | static_cast<unsigned char>(byte);
         }
         return bits;
     }
     std::string text(std::size_t size) {
-        const std::string taken(bytes_.substr(0, size));
-        bytes_.remove_prefix(taken.size());
+        const std::string taken(bytes.substr(0, size));
+        bytes.remove_prefix(taken.size());
         return taken;
     }
     // What precedes the next `separator`, which is taken too, or all that is left.
     std::string textTo(std::string_view separator) {
-        const std::string taken = text(bytes_.find(separator));
+        const std::string taken = text(bytes.find(separator));
         text(separator.size());
         return taken;
     }
-    std::string rest() { return text(bytes_.size()); }
-
-private:
-    std::string_view bytes_;
+    std::string rest() { return text(bytes.size()); }
 };
 
 // Ends the run as a finding.
@@ -51,7 +47,7 @@ void run(Input input);
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const TemporaryDirectory directory;
-    run(Input({reinterpret_cast<const char*>(data), size}));
+    run(Input{{reinterpret_cast<const char*>(data), size}});
     return 0;
 }
 
