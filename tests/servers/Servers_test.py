@@ -74,9 +74,8 @@ class Snippet:
         self.assertIn(answer.status, statuses)
         self.assertEqual(self.ini.read_bytes(), saved)
         if path in (PROGRAM, ENTRY, STYLE) and answer.status not in (303, 411, 413):
-            cache = 'private, no-cache' if path == PROGRAM else 'no-store'
-            expected = {**SECURITY, 'Cache-Control': cache}
-            self.assertEqual({name: answer.headers.get(name) for name in expected}, expected)
+            cache = {'Cache-Control': 'private, no-cache' if path == PROGRAM else 'no-store'}
+            self.assertLessEqual({**SECURITY, **cache}.items(), dict(answer.headers).items())
         return answer
 
     def test_edit_from_the_typed_address_to_the_saved_file(self):
@@ -115,7 +114,7 @@ class Snippet:
         program.rename(program.with_suffix('.away'))
         program.write_text(SHOW_ENVIRONMENT)
         program.chmod(0o755)
-        text = self.request({200}, Cookie='a=b').text
+        text = self.request({200}).text
         self.assertIn(f'\nPATH={self.folder}/opt/nzm/html/dnzgate/en_US\n', text)
         self.assertNotRegex(text, 'STRAY|DNZ_TRACE=|DNZ_PATH=|' + LOGIN.split()[1])
 
