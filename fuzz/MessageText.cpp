@@ -22,12 +22,11 @@ char* catgets(nl_catd /*catalogue*/, int /*set*/, int /*number*/, const char* te
 
 // The message number, a byte for the control word, two each for the sizes of the buffers, the three
 // texts to insert, each ended by a zero byte, and the catalogue's text.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Input input(data, size);
+void run(Input input) {
     const auto number = static_cast<std::int32_t>(input.number(4));
-    const std::int32_t control = input.byte() % 16;
-    const auto bufferSize = [&] { return input.number(2) % 3000; };
-    const std::uint32_t sizes[] = {bufferSize(), bufferSize(), bufferSize()};
+    const auto control = static_cast<std::int32_t>(input.number(1) % 16);
+    const auto buffer = [&] { return std::string(input.number(2) % 3000, 'x'); };
+    std::string sections[] = {buffer(), buffer(), buffer()};
     const auto text = [&] { return input.textTo({"", 1}); };
     const std::string texts[] = {text(), text(), text()};
     catalogueText = text();
@@ -35,18 +34,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
                              .text1 = texts[0].c_str(),
                              .text2 = texts[1].c_str(),
                              .text3 = texts[2].empty() ? nullptr : texts[2].c_str()};
-    std::string sections[3];
-    for (int i = 0; i < 3; ++i) {
-        sections[i].assign(sizes[i], 'x');
-    }
-    auto& [first, second, third] = sections;
+    const auto size = [&](int i) { return static_cast<std::uint32_t>(sections[i].size()); };
     const std::int32_t code =
-        xnzGetMessage(number, control, inserts, kInsertCcsid, first.data(), sizes[0], second.data(),
-                      sizes[1], third.data(), sizes[2]);
+        xnzGetMessage(number, control, inserts, kInsertCcsid, sections[0].data(), size(0),
+                      sections[1].data(), size(1), sections[2].data(), size(2));
     for (const std::string& section : sections) {
         require(section.empty() || code == xecE_E_INVALID_CONTROL ||
                     section.find('\0') != std::string::npos,
                 "a buffer that is filled is terminated");
     }
-    return 0;
 }
