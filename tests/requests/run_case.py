@@ -9,6 +9,7 @@ import fcntl
 import os
 import pathlib
 import re
+import shutil
 import signal
 import sys
 import tempfile
@@ -27,7 +28,7 @@ def read(path):
     return path.read_bytes().decode(ENCODING)
 
 
-TEMPLATES = {name: read(FIXTURES / name) for name in ('dnzcnf2.htm', 'dnzcnf3.htm')}
+TEMPLATES = ('dnzcnf2.htm', 'dnzcnf3.htm')
 ROW, TAIL = read(FIXTURES / 'form.txt').split('---\n')
 FOLDER_FIELD = re.search('<TD>.*<directory>.*\n ', TAIL)[0]
 
@@ -130,13 +131,12 @@ class Case:
 
     def form_fields(self, shown):
         """The fields of the form post, or none."""
-        name, fields = self.argument(self.kind), {}
-        if self.kind == 'open':
-            fields = {'dnzcnf': 'open', 'dnzINIfile': name}
-        if self.kind == 'back':
-            fields = dict(re.findall(r'NAME= ?(\S+) VALUE= ?"?(.*?)"? +SIZE', shown))
+        name = self.argument(self.kind)
+        fields = {'open': {'dnzcnf': 'open', 'dnzINIfile': name},
+                  'save': {'dnzhidefile': 'dnz.ini', 'dnzINIsave': 'dnz.ini', 'dnzNumPairs': 0},
+                  'back': dict(re.findall(r'NAME= ?(\S+) VALUE= ?"?(.*?)"? +SIZE', shown)),
+                  '': {}}[self.kind]
         if self.kind == 'save':
-            fields = {'dnzhidefile': 'dnz.ini', 'dnzINIsave': 'dnz.ini', 'dnzNumPairs': 0}
             for new, row, *_ in self.rows:
                 kinds = [f'{kind}{fields["dnzNumPairs"]}' for kind in 'nvde']
                 fields['dnzNumPairs'] += not new
@@ -162,8 +162,7 @@ class Case:
             (self.folder / name).unlink()
 
     def files(self):
-        return {str(path.relative_to(self.folder)):
-                read(path) + '(executable)' * os.access(path, os.X_OK)
+        return {str(path.relative_to(self.folder)): read(path)
                 for path in self.folder.rglob('*') if path.is_file()}
 
     def check(self):
@@ -254,8 +253,8 @@ def run_pass(trace_folder=None):
     """All cases, up to the first that differs from its outcome."""
     with tempfile.TemporaryDirectory(prefix='dnzcnf-') as name:
         folder, shown = pathlib.Path(name).resolve(), ''
-        for name, text in TEMPLATES.items():
-            (folder / name).write_text(text)
+        for name in TEMPLATES:
+            shutil.copy(FIXTURES / name, folder)
         for title, text in read_cases():
             try:
                 output = Case(text, folder, trace_folder, shown).check()
