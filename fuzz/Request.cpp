@@ -41,11 +41,13 @@ void run(Input input) {
     const bool isNamed = form.find("bystander") != form.npos || form.find('%') != form.npos;
     require(isNamed || contentsOf("bystander.ini") == file, "no other file is touched");
     // What is longer than 255 bytes is read as two lines. Only an entry that a save takes over from
-    // its target, and that gets a mark for its description then, grows beyond that.
+    // its target, and that gets a mark for its description then, grows beyond that. And a line end
+    // in a field makes two lines of its entry.
     const std::string saved = contentsOf("dnz.ini");
     const bool hasLongLine =
         std::search_n(saved.begin(), saved.end(), 256, '\n', std::not_equal_to()) != saved.end();
-    if (saved != file && !hasLongLine) {
+    const bool hasLineEnd = form.find_first_of("\r\n") != form.npos || form.find("%0") != form.npos;
+    if (saved != file && !hasLongLine && !hasLineEnd) {
         IniFileSet entries;
         entries.setIniFileName("dnz.ini");
         require(entries.saveIniFile("again.ini") == 1, "what was read can be saved");
