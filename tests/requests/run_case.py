@@ -5,12 +5,10 @@ they run a second time with tracing on: nothing may change, and each trace has t
 docs/request-cases.md tells how cases are written."""
 import collections
 import difflib
-import fcntl
 import os
 import pathlib
 import re
 import shutil
-import signal
 import sys
 import tempfile
 
@@ -82,13 +80,6 @@ def saved_line(name, value, description, *_):
 
 def fill(template, **values):
     return re.sub('<([a-z]+)>', lambda match: str(values[match[1]]), template)
-
-
-def lease(path):
-    """Claims a file, and gives it up when the program asks for it."""
-    file = os.open(path, os.O_RDONLY)
-    signal.signal(signal.SIGIO, lambda *_: fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_UNLCK))
-    fcntl.fcntl(file, fcntl.F_SETLEASE, fcntl.F_WRLCK)
 
 
 class Case:
@@ -175,8 +166,6 @@ class Case:
         if self.trace_folder:
             variables.update(DNZ_TRACE='ON', DNZ_PATH=self.trace_folder)
         variables.update(self.changes('env'))
-        for name, _ in self.lines['leased']:
-            lease(self.folder / name)
         answer = program.run(
             [program.BUILD / 'frontend/dnzcnf'], self.folder, body or None, variables,
             preexec_fn=lambda: [os.close(int(stream)) for stream in self.argument('closed').split()])
