@@ -202,13 +202,6 @@ TEST_F(Conversion, ReadsTheCCSIDTable) {
     EXPECT_NE(records.find("! Line 3 of the CCSID table skipped: a page number"), records.npos);
     xxxFreeNode(block_.ccsidTable);
     EXPECT_EQ(shape(block_.ccsidTable), "(5)");
-    std::string chain;  // deeper than a stack
-    for (int ccsid = 1; ccsid <= 200000; ++ccsid) {
-        chain += std::to_string(ccsid) + " 0 1 1 1 1\n";
-    }
-    writeFile("ccsid.tbl", chain);
-    EXPECT_EQ(xxxInitialize(), 0);
-    EXPECT_NE(xxxFindNode(block_.ccsidTable, 200000), nullptr);
 }
 
 // Rows of a directory, a table file with its size, the single-byte pages and the double-byte pages.
