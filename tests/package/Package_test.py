@@ -1,10 +1,13 @@
-"""The Debian packages: made, listed, and searched by lintian; nothing is installed."""
+"""The Debian packages: made, listed, and searched by lintian; nothing is installed. The program in
+them: hardened, and static without a difference in any locale."""
 from subprocess import check_call, check_output
 
-from program import BUILD, CACHE, ROOT, StagedTest
+from program import BUILD, CACHE, ROOT, StagedTest, run
 
 VERSION = CACHE['CMAKE_PROJECT_VERSION']
 STAND_INS = 'adduser() { echo adduser "$@"; }\nchown() { echo chown "$@"; }\nsystemctl() { :; }\n'
+REFUSED = b'dnzhidefile=x&dnzINIsave=x&dnzSave=&dnzNumPairs=0&dnzNewName=two+words'
+LANGUAGES = 'de_DE.UTF-8', 'de_DE', 'C', 'C.UTF-8', 'xx_YY', ''
 
 
 def make_packages(folder):
@@ -53,3 +56,24 @@ class Package(StagedTest):
 
     def test_lintian_finds_nothing_unexplained(self):
         check_call(['lintian', '--allow-root', '--fail-on', 'error,warning', *self.packages])
+
+    def test_hardening(self):
+        headers = check_output(['readelf', '-hldW', BUILD / 'frontend/dnzcnf'], text=True)
+        for expected in (r'Type: +DYN \(Position-Independent', 'GNU_RELRO', r'GNU_STACK .* RW ',
+                         r'FLAGS_1\) +Flags: NOW PIE'):
+            self.assertRegex(headers, expected)
+        self.assertNotRegex(headers, 'INTERP|LOAD .* RWE ')
+        # The C library inside the program has such calls too, so its own objects are asked.
+        needed = check_output(['nm', '-u', *BUILD.glob('*/**/lib*.a')], text=True)
+        self.assertRegex(needed, r' U __stack_chk_fail\n(.*\n)* +U __vsnprintf_chk\n')
+        self.assertNotRegex(needed, r' U v?snprintf\n')
+
+    def test_static_program_answers_as_a_dynamic_one(self):
+        check_call(['localedef', '-i', 'de_DE', '-f', 'UTF-8', self.folder / 'de_DE.UTF-8'])
+        catalogues = ':'.join(f'{BUILD}/install/{name}.cat' for name in ('%l_%t', '%N'))
+        for language in LANGUAGES:
+            variables = {'LOCPATH': self.folder, 'NLSPATH': catalogues, 'LANG': language}
+            static, dynamic = (run(BUILD / name, self.folder, REFUSED, variables).output.decode()
+                               for name in ('frontend/dnzcnf', 'tests/faults/dnzcnf_with_faults'))
+            self.assertEqual(static, dynamic, language)
+            self.assertEqual('Leerzeichen' in static, 'de' in language)
