@@ -227,9 +227,8 @@ class Case:
                 part = traces.expand(tree or '\n', dict(self.lines['block']))
                 self.compare('trace', part, part if part in records else records)
         for place, report in self.lines['report']:
-            text = traces.read_report(self.take(self.folder / place / f'{stem}.FDC'), stem)
-            self.compare('report', report, text if report.startswith('+') else ''.join(
-                line for line in report.splitlines(True) if line.strip() in text))
+            path = self.folder / place / f'{stem}.FDC'
+            self.compare('report', report, traces.read_report(self.take(path), stem))
 
     def take(self, path):
         self.compare('mode', '0o100600', oct(path.stat().st_mode))
