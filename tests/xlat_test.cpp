@@ -206,8 +206,7 @@ TEST_F(Conversion, ReadsTheCCSIDTable) {
 
 // Rows of a directory, a table file with its size, the single-byte pages and the double-byte pages.
 TEST_F(Conversion, LoadsTables) {
-    const std::string longest =
-        directory_.path() + std::string(254 - directory_.path().size(), '/');
+    const std::string longest = directory_.path + std::string(254 - directory_.path.size(), '/');
     check(R"(- x 256 0001 0001 0001 0001 => 999999 0 | - x 256 0000 0000 0002 0002 => 999 0
         - 0001000a.tbl 255 0001 000a 0000 0000 => -1 22 ????0001000a,0,0
         - 0001000a.tbl 300 0001 000a 0002 0002 => 1999 0 ICNV0001000a,256,0
