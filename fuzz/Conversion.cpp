@@ -9,29 +9,29 @@ using namespace dnz;
 // Memory of its exact size, so that no byte after it can be touched unnoticed.
 using Bytes = std::vector<unsigned char>;
 
-static Bytes bytesOf(std::string_view text, std::size_t size) {
+static Bytes bytesOf(const std::string& text, std::size_t size) {
     Bytes bytes(text.begin(), text.end());
-    bytes.resize(std::max(bytes.size(), size));
+    bytes.resize(size);
     return bytes;
 }
 
 // A byte each for engine, mode, class of lead bytes, a bit for each table that is there and the
 // size of the double-byte one in 64 bytes, two for the space, the tables and the text.
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+void run(Input input) {
     constexpr decltype(&TranSBCS) kEngines[] = {TranSBCS, HostPCMM, PCHostMM};
-    Input input(data, size);
-    const auto engine = kEngines[input.byte() % 3];
-    const auto mode = static_cast<ConvMode>(1 + input.byte() % 4);
-    const std::int32_t leadByteClass = input.byte() % 8;
-    const unsigned tables = input.byte();
-    const std::size_t pairsSize = 64 * std::size_t{input.byte()};
+    const auto engine = kEngines[input.number(1) % 3];
+    const auto mode = static_cast<ConvMode>(1 + input.number(1) % 4);
+    const auto leadByteClass = static_cast<std::int32_t>(input.number(1) % 8);
+    const std::uint32_t tables = input.number(1);
+    const std::size_t pairsSize = 64 * input.number(1);
     const auto space = static_cast<std::int32_t>(input.number(2));
     const Bytes singles = bytesOf(input.text((tables & 1U) != 0 ? 256 : 0), 256);
     const Bytes pairs = bytesOf(input.text((tables & 2U) != 0 ? pairsSize : 0), 65536);
-    const Bytes source = bytesOf(input.rest(), 0);
+    const std::string text = input.rest();
+    const Bytes source = bytesOf(text, text.size());
+    Bytes target(static_cast<std::size_t>(space));
     const ConvContext context{0, (tables & 2U) != 0 ? pairs.data() : nullptr,
                               (tables & 1U) != 0 ? singles.data() : nullptr, leadByteClass};
-    Bytes target(static_cast<std::size_t>(space));
     const auto length = static_cast<std::int32_t>(source.size());
     const unsigned char* from = source.data();
     unsigned char* to = target.data();
@@ -47,5 +47,4 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             "only a full target ends a text early");
     require(engine != TranSBCS || (code == 0 && written == std::min(length, space)),
             "single bytes go one to one");
-    return 0;
 }

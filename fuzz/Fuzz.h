@@ -3,44 +3,35 @@
 // With REPLAY, and without libFuzzer, the program runs over files, as a test.
 #pragma once
 
-#include <algorithm>
 #include <cstdint>
 #include <cstdio>
-#include <cstdlib>
 #include <string_view>
 
 #include "../tests/support/TemporaryDirectory.h"
 
-class Input {
-public:
-    Input(const std::uint8_t* data, std::size_t size)
-        : bytes_(reinterpret_cast<const char*>(data), size) {}
+struct Input {
+    std::string_view bytes;
 
-    unsigned char byte() { return static_cast<unsigned char>(number(1)); }
     // A number of so many bytes, the highest first.
-    std::uint32_t number(std::size_t bytes) {
+    std::uint32_t number(std::size_t size) {
         std::uint32_t bits = 0;
-        while (bytes-- > 0) {
-            const std::string_view one = text(1);
-            bits = bits << 8U | (one.empty() ? 0U : static_cast<unsigned char>(one.front()));
+        for (const char byte : text(size)) {
+            bits = bits << 8U | static_cast<unsigned char>(byte);
         }
         return bits;
     }
-    std::string_view text(std::size_t size) {
-        const std::string_view taken = bytes_.substr(0, size);
-        bytes_.remove_prefix(taken.size());
+    std::string text(std::size_t size) {
+        const std::string taken(bytes.substr(0, size));
+        bytes.remove_prefix(taken.size());
         return taken;
     }
     // What precedes the next `separator`, which is taken too, or all that is left.
     std::string textTo(std::string_view separator) {
-        const std::string_view taken = text(bytes_.find(separator));
+        const std::string taken = text(bytes.find(separator));
         text(separator.size());
-        return std::string(taken);
+        return taken;
     }
-    std::string rest() { return std::string(text(bytes_.size())); }
-
-private:
-    std::string_view bytes_;
+    std::string rest() { return text(bytes.size()); }
 };
 
 // Ends the run as a finding.
@@ -51,14 +42,21 @@ inline void require(bool holds, const char* property) {
     }
 }
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
+// One run of the target, in a folder that all its runs share.
+void run(Input input);
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    static const TemporaryDirectory directory;
+    run(Input{{reinterpret_cast<const char*>(data), size}});
+    return 0;
+}
 
 #ifdef REPLAY
-int main(int count, char** arguments) {
+int main(int count, char** files) {
     require(count > 1, "there are inputs");
     for (int i = 1; i < count; ++i) {
-        const std::string bytes = contentsOf(arguments[i]);
-        std::fprintf(stderr, "%s\n", arguments[i]);
+        std::fprintf(stderr, "%s\n", files[i]);
+        const std::string bytes = contentsOf(files[i]);
         LLVMFuzzerTestOneInput(reinterpret_cast<const std::uint8_t*>(bytes.data()), bytes.size());
     }
 }

@@ -141,8 +141,8 @@ TEST_F(Services, FormatDateAndTimeIntoTheSpaceGiven) {
     setVariable("TZ", "XXX-05:30");
     std::string minutes[2];
     check(
-        "1 11 10 => 0 1 1 | 2 20 20 => 0 1 1 | 2 10 10 => 545284226 0 0 |"
-        "1 20 9 => 545284226 1 0 | 1 -1 20 => 545284226 0 0 | 3 20 20 => 545284225 0 0",
+        "1 11 10 => 0 99/99/99 99:99:99 | 2 20 20 => 0 99/99/99 99:99:99 | 2 10 10 => 20806082 |"
+        "1 20 9 => 20806082 | 1 -1 20 => 20806082 | 3 20 20 => 20806081",
         [&](std::istream& in) {
             const auto option = next<std::int16_t>(in);
             const auto dateSize = next<std::int16_t>(in);
@@ -151,9 +151,10 @@ TEST_F(Services, FormatDateAndTimeIntoTheSpaceGiven) {
             const std::int32_t code =
                 xnzQueryDateTime2(option, date, time, dateSize, next<std::int16_t>(in));
             minutes[option % 2] = code == 0 ? std::string(time, 5) : minutes[option % 2];
-            return std::to_string(code) +
-                   (std::regex_match(date, std::regex("../../.. ")) ? " 1" : " 0") +
-                   (std::regex_match(time, std::regex("..:..:..")) ? " 1" : " 0");
+            std::ostringstream result;
+            const std::string both = code == 0 ? std::string(date) + time : "";
+            result << std::hex << code << ' ' << std::regex_replace(both, std::regex("\\d"), "9");
+            return result.str();
         });
     EXPECT_NE(minutes[0], minutes[1]);
     const std::time_t before = std::time(nullptr);

@@ -11,27 +11,30 @@ import signal
 import tempfile
 import unittest
 
-from program import BUILD, ROOT, cached, form, messages, run
+from program import BUILD, CACHE, ROOT, form, messages, run
 
-PROGRAM, SANITIZERS = BUILD / 'frontend/dnzcnf', cached('DNZCNF_SANITIZE')
+PROGRAM = BUILD / 'frontend/dnzcnf'
 OLD = b'T 5 #only there\n'
 NEW = b'A 11 #first\nB 2 # \nC 3 #third\n' + OLD
 FILES = {'dnz.ini': b'A 1 #first\nB 2 # \nGone x # \n', 'target.ini': OLD,
          'dnzcnf2.htm': b'<FORM>\n', 'dnzcnf3.htm': b'</FORM>\n'}
+OPEN = {'dnzcnf': 'open', 'dnzINIfile': 'dnz.ini'}
 SAVE = {'n0': 'A', 'v0': '11', 'd0': 'first', 'n1': 'B', 'v1': '2', 'n2': 'Gone', 'v2': 'x',
         'e2': 'on', 'dnzNumPairs': '3', 'dnzNewName': 'C', 'dnzNewValue': '3', 'dnzNewDesc': 'third',
         'dnzhidefile': 'dnz.ini', 'dnzINIsave': 'target.ini', 'dnzSave': 'save'}
-ALLOCATIONS = 'malloc', 'calloc', 'new'
-OPEN = {'dnzcnf': 'open', 'dnzINIfile': 'dnz.ini'}
 TRACED = ['strace', '-qqq', *(f'-P{name}' for name in (*FILES, BUILD / 'install/dnz.cat')), '-o']
+# Under sanitizers processes start slowly, and nothing is found in one that is killed.
+FAULTS, STEP = ('error=ENOSPC', 'signal=SIGKILL'), 1
+if CACHE['DNZCNF_SANITIZE']:
+    FAULTS, STEP = FAULTS[:1], 3
 NOT_SAVED = [messages()[number].encode() for number in (1011, 1012)] + [b'Velmora was unable to']
 
 
 class Faults(unittest.TestCase):
     @contextlib.contextmanager
-    def folder(self, place=None):
+    def folder(self):
         """A folder in which no file changes but target.ini."""
-        with tempfile.TemporaryDirectory(dir=place) as name:
+        with tempfile.TemporaryDirectory() as name:
             folder = pathlib.Path(name)
             (folder / 'reports').mkdir()
             for file, contents in FILES.items():
@@ -45,71 +48,57 @@ class Faults(unittest.TestCase):
             'NLSPATH': BUILD / 'install/%N.cat', 'DNZ_PATH': folder / 'reports', **dict(variables)},
             **options)
 
-    def check(self, folder, *contents):
-        """target.ini contains one of these, or the front of the last one."""
+    def check(self, folder, answer, *contents):
+        """target.ini contains one of these, or the front of the last; who saved nothing says so."""
         value = (folder / 'target.ini').read_bytes()
         self.assertTrue(value in contents or contents[-1].startswith(value), value)
-        return value
-
-    def check_answer(self, answer, value, new):
-        """A request that comes to its end says so if nothing was saved."""
-        if answer.code != -signal.SIGABRT:
+        if answer.code not in (-signal.SIGABRT, -signal.SIGKILL):
             self.assertIn(answer.code, (0, 1))
             self.assertTrue(answer.output.startswith(b'Content-type: text/'), answer.output)
-            self.assertTrue(value != OLD or new == OLD or any(
+            self.assertTrue(value != OLD or contents[-1] == OLD or any(
                 text in answer.output for text in NOT_SAVED), answer.output)
 
     def test_each_allocation_that_fails(self):
-        for call, (fields, new) in itertools.product(ALLOCATIONS, ((OPEN, OLD), (SAVE, NEW))):
-            for number in range(1, 1000, 3 if SANITIZERS else 1):  # their processes start slowly
-                with self.subTest(new, call=call, number=number), self.folder() as folder:
+        reported = 0
+        for fields, new in (OPEN, OLD), (SAVE, NEW):
+            for number in range(1, 1000, STEP):
+                with self.subTest(new, number=number), self.folder() as folder:
                     answer = self.request(folder, fields, BUILD / 'tests/faults/dnzcnf_with_faults',
-                                          variables={'FAULT': f'{call}:{number}'})
+                                          variables={'FAULT': number})
                     came = b'The fault came' in answer.errors
-                    value = self.check(folder, *((OLD, new) if came else (new,)))
-                    self.check_answer(answer, value, new)
-                    # Inserts without memory are reported; nothing else here is.
+                    self.check(folder, answer, *((OLD, new) if came else (new,)))
                     reports = len(os.listdir(folder / 'reports'))
-                    self.assertEqual(reports, came and call == 'calloc')
+                    self.assertLessEqual(reports, came)
+                    reported += reports
                 if not came:
                     break
-            self.assertGreater(number, 1, call)
+        self.assertGreater(reported, 0)  # inserts without memory
 
     def test_kill_and_error_at_each_system_call(self):
         with self.folder() as folder, tempfile.NamedTemporaryFile('r') as log:
             self.request(folder, SAVE, *TRACED, log.name, PROGRAM)
-            calls = re.findall(r'^(\w+)\(', log.read(), re.MULTILINE)
+            calls = re.findall(r'(?m)^(\w+)\(', log.read())
         self.assertIn('ftruncate', calls)
-        for place, call in enumerate(calls):
-            for fault in 'signal=SIGKILL', 'error=ENOSPC':
-                inject = f'inject={call}:{fault}:when={calls[:place + 1].count(call)}'
-                with self.subTest(inject), self.folder() as folder:
-                    answer = self.request(folder, SAVE, *TRACED, '/dev/null', '-e', inject, PROGRAM)
-                    # A target that can't be opened counts as one without entries.
-                    value = self.check(folder, OLD, NEW)
-                    if 'KILL' in fault:
-                        self.assertEqual(answer.code, -signal.SIGKILL, answer.errors)
-                    else:
-                        self.check_answer(answer, value, NEW)
+        for (place, call), fault in itertools.product(enumerate(calls), FAULTS):
+            inject = f'inject={call}:{fault}:when={calls[:place + 1].count(call)}'
+            with self.subTest(inject), self.folder() as folder:
+                answer = self.request(folder, SAVE, *TRACED, '/dev/null', '-e', inject, PROGRAM)
+                # A target that can't be opened counts as one without entries.
+                self.check(folder, answer, OLD, NEW)
+                self.assertEqual('KILL' in fault, answer.code == -signal.SIGKILL)
 
-    def test_client_that_went_away(self):
+    def test_lost_client_and_full_disk(self):
         reader, writer = os.pipe()
         os.close(reader)
+        limited = {'preexec_fn': lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (20, 20))}
         with open('/dev/full', 'wb') as full, open(writer, 'wb') as unread:
-            for output in full, unread:
-                with self.folder() as folder:
-                    self.assertIn(self.request(folder, SAVE, stdout=output).code, (0, 1))
-                    self.assertEqual((folder / 'target.ini').read_bytes(), NEW)
+            for options, saved in (
+                    ({'stdout': full}, NEW), ({'stdout': unread}, NEW), (limited, NEW[:20])):
+                with self.subTest(options), self.folder() as folder:
+                    self.assertIn(self.request(folder, SAVE, **options).code, (0, 1))
+                    self.assertEqual((folder / 'target.ini').read_bytes(), saved)
 
-    def test_full_disk(self):
-        def limit():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (20, 20))
-
-        with self.folder() as folder:
-            self.assertTrue(self.request(folder, SAVE, preexec_fn=limit).output)
-            self.assertEqual((folder / 'target.ini').read_bytes(), NEW[:20])
-
+    @unittest.skipIf(CACHE['DNZCNF_SANITIZE'], 'no request is new')
     def test_crowd(self):
         """Saves at once, one after the other by the lock: the file is one of them, whole."""
         forms = [{**SAVE, 'd0': 'x' * (1 + i % 97)} for i in range(200)]
@@ -118,5 +107,4 @@ class Faults(unittest.TestCase):
             list(pool.map(lambda fields: self.request(
                 folder, fields, ROOT / 'install/cgi-bin/dnzcnf', variables=variables), forms))
             value = (folder / 'target.ini').read_bytes()
-            versions = [NEW.replace(b'first', b'x' * (1 + i)) for i in range(97)]
-            self.assertTrue(value in versions, value)
+            self.assertIn(value, [NEW.replace(b'first', b'x' * (1 + i)) for i in range(97)])

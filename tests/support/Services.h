@@ -53,7 +53,7 @@ protected:
         for (const char* name : {"DNZ_TRACE", "DNZ_PATH", "LANG", "LC_ALL"}) {
             setVariable(name, nullptr);
         }
-        setVariable("DNZ_XLAT_PATH", directory_.path().c_str());
+        setVariable("DNZ_XLAT_PATH", directory_.path.c_str());
         std::strcpy(block_.programName, "DNZ");
         std::strcpy(block_.serviceName, "DNZ");
         xnzCSCtrl = &block_;

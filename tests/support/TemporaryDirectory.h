@@ -8,24 +8,13 @@
 #include <iterator>
 #include <string>
 
-class TemporaryDirectory {
-public:
-    TemporaryDirectory() : before_(std::filesystem::current_path()) {
-        char path[] = "/tmp/dnzcnf-test-XXXXXX";
-        path_ = mkdtemp(path);
-        std::filesystem::current_path(path_);
-    }
+struct TemporaryDirectory {
+    TemporaryDirectory() { std::filesystem::current_path(mkdtemp(path.data())); }
     ~TemporaryDirectory() {
-        std::filesystem::current_path(before_);
-        std::filesystem::remove_all(path_);
+        std::filesystem::current_path("/");
+        std::filesystem::remove_all(path);
     }
-    TemporaryDirectory(const TemporaryDirectory&) = delete;
-    TemporaryDirectory& operator=(const TemporaryDirectory&) = delete;
-    [[nodiscard]] const std::string& path() const { return path_; }
-
-private:
-    std::filesystem::path before_;
-    std::string path_;
+    std::string path = "/tmp/dnzcnf-test-XXXXXX";
 };
 
 inline std::string contentsOf(const std::string& path) {
