@@ -20,20 +20,16 @@ constexpr int kReadSize = 256;  // 255 bytes of a line and a terminator
 constexpr std::size_t kUsualEntries = 128;
 constexpr std::size_t kWrittenLine = 259;  // a line of 255 bytes may grow by ` # ` when saved
 
-constexpr char kBlank = ' ';
+constexpr char kBlank[] = " ";
 constexpr char kNoDescription[] = " ";      // what a missing description is saved as
 constexpr char kEmptyDescription[] = " #";  // what a value without a description is read as
 
 char* skipBlanks(char* text) {
-    while (*text == kBlank) {
-        ++text;
-    }
-    return text;
+    return text + std::strspn(text, kBlank);
 }
 
 char* endOfWord(char* text) {
-    char* end = std::strchr(text, kBlank);
-    return end != nullptr ? end : text + std::strlen(text);
+    return text + std::strcspn(text, kBlank);
 }
 
 // Ends the first word of the text in place and returns the text after its spaces.
@@ -63,7 +59,7 @@ std::string composedText(const char* value, const char* desc) {
         return text;
     }
     if (value != nullptr) {
-        text.append(value).append(1, kBlank);
+        text.append(value).append(kBlank);
     }
     text.append(1, kDescriptionMark).append(desc != nullptr ? desc : kNoDescription);
     return text;
@@ -147,11 +143,7 @@ int IniFileSet::operator!=(const IniFileSet& other) const {
 
 void IniFileSet::setIniFileName(const char* name) {
     const TraceScope trace("IniFileSet::setIniFileName");
-    if (name != nullptr) {
-        oIniFileName = name;
-    } else {
-        oIniFileName.reset();
-    }
+    oIniFileName = name != nullptr ? std::optional<std::string>(name) : std::nullopt;
     oIniFilePath.reset();
     readFailed_ = false;
     populate();
