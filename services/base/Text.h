@@ -25,6 +25,14 @@ inline std::string_view viewOf(const char* text) {
     return text != nullptr ? std::string_view(text) : std::string_view("");
 }
 
+// Removes the first field and the separator after it from `text`, and returns the field. Without a
+// separator the whole text is the field.
+inline std::string_view takeField(std::string_view& text, char separator) {
+    const std::string_view field = text.substr(0, text.find(separator));
+    text.remove_prefix(std::min(field.size() + 1, text.size()));
+    return field;
+}
+
 inline bool isNullOrEmpty(const char* text) {
     return text == nullptr || *text == '\0';
 }
