@@ -1,6 +1,6 @@
-// Terminated texts: texts of the C library, views of texts that may be null, numbers in texts, and
-// bounded builders. All buffers of fixed size are filled by these builders, which cut a text
-// instead of overrunning.
+// Terminated texts: texts of the C library, views of texts that may be null, numbers and fields in
+// texts, and bounded builders. All buffers of fixed size are filled by these builders, which cut a
+// text instead of overrunning.
 #pragma once
 
 #include <algorithm>
