@@ -20,16 +20,19 @@ constexpr int kReadSize = 256;  // 255 bytes of a line and a terminator
 constexpr std::size_t kUsualEntries = 128;
 constexpr std::size_t kWrittenLine = 259;  // a line of 255 bytes may grow by ` # ` when saved
 
-constexpr char kBlank[] = " ";
+constexpr char kBlank = ' ';
 constexpr char kNoDescription[] = " ";      // what a missing description is saved as
 constexpr char kEmptyDescription[] = " #";  // what a value without a description is read as
 
 char* skipBlanks(char* text) {
-    return text + std::strspn(text, kBlank);
+    while (*text == kBlank) {
+        ++text;
+    }
+    return text;
 }
 
 char* endOfWord(char* text) {
-    return text + std::strcspn(text, kBlank);
+    return strchrnul(text, kBlank);
 }
 
 // Ends the first word of the text in place and returns the text after its spaces.
@@ -59,7 +62,7 @@ std::string composedText(const char* value, const char* desc) {
         return text;
     }
     if (value != nullptr) {
-        text.append(value).append(kBlank);
+        text.append(value).append(1, kBlank);
     }
     text.append(1, kDescriptionMark).append(desc != nullptr ? desc : kNoDescription);
     return text;
