@@ -15,19 +15,10 @@ namespace {
 
 constexpr std::size_t kTraceTextSize = 80;
 
-// Removes the first field and the `&` after it from `form`, and returns the field.
-std::string_view takeField(std::string_view& form) {
-    const std::size_t end = std::min(form.find('&'), form.size());
-    const std::string_view field = form.substr(0, end);
-    form.remove_prefix(std::min(end + 1, form.size()));
-    return field;
-}
-
 CGIPart* newPart(std::string_view field) {
-    const std::size_t nameLength = std::min(field.find('='), field.size());
-    const std::string_view value = field.substr(std::min(nameLength + 1, field.size()));
-    return new CGIPart(field.data(), nameLength, value.empty() ? nullptr : value.data(),
-                       value.size());
+    const std::string_view name = takeField(field, '=');
+    return new CGIPart(name.data(), name.size(), field.empty() ? nullptr : field.data(),
+                       field.size());
 }
 
 }  // namespace
@@ -64,7 +55,7 @@ long CGIPartSet::Initialize(const char* buffer, unsigned long length) {
     const TraceScope trace("CGIPartSet::Initialize");
     std::string_view form(buffer, length);
     for (unsigned long n = scanForNumberOfParts(buffer, length); n > 0; --n) {
-        const std::string_view field = takeField(form);
+        const std::string_view field = takeField(form, '&');
         if (!field.empty()) {
             append(newPart(field));
         }
@@ -100,9 +91,8 @@ long CGIPartSet::getPartValue(const char* name, char* buffer, unsigned long* len
     const unsigned long stored = part->get_oValueLength();
     if (size > 0) {
         *length = std::min(stored, size - 1);
-        const std::size_t textLength = strnlen(value, *length);
-        std::memcpy(buffer, value, textLength);
-        std::memset(buffer + textLength, '\0', *length - textLength + 1);
+        std::strncpy(buffer, value, *length);  // sets zero bytes after a shorter text
+        buffer[*length] = '\0';
     }
     return size < stored ? kFailed : kDone;
 }

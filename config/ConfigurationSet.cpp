@@ -1,6 +1,6 @@
 #include "config/ConfigurationSet.h"
 
-#include <cstring>
+#include <string_view>
 
 #include "config/CGIPart.h"
 #include "frontend/interface/WebInterface.h"
@@ -13,7 +13,7 @@ namespace {
 
 constexpr char kDefaultIniFile[] = "dnz.ini";
 constexpr char kIniFileField[] = "NZIGwIniFile";
-constexpr char kQueueManager[] = "NZIGwQueueManager";
+constexpr std::string_view kQueueManager = "NZIGwQueueManager";
 
 }  // namespace
 
@@ -74,12 +74,10 @@ int ConfigurationSet::validValue(NameValuePair* pair) {
     if (pair == nullptr) {
         return 0;
     }
-    const char* name = pair->getName();
-    if (name != nullptr && std::strcmp(name, kQueueManager) == 0) {
+    if (viewOf(pair->getName()) == kQueueManager) {
         return 1;
     }
-    const char* value = pair->getValue();
-    return isNullOrEmpty(value) ? 0 : 1;
+    return isNullOrEmpty(pair->getValue()) ? 0 : 1;
 }
 
 // A field without a value names no file; one with an empty text gives an empty name.

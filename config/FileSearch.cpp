@@ -2,8 +2,6 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <new>
 #include <string>
 #include <string_view>
 
@@ -56,30 +54,10 @@ std::string languageCode(const char* language) {
 }
 
 void appendSearchDirectories() {
-    const char* present = std::getenv("PATH");
-    const std::string path = std::string(viewOf(present))
-                                 .append(":")
-                                 .append(kProgramDirectory)
-                                 .append(":")
-                                 .append(kDataDirectory)
-                                 .append(":")
-                                 .append(kLanguageRoot)
-                                 .append(languageCode(std::getenv("LANG")));
+    std::string path(viewOf(std::getenv("PATH")));
+    path.append(":").append(kProgramDirectory).append(":").append(kDataDirectory);
+    path.append(":").append(kLanguageRoot).append(languageCode(std::getenv("LANG")));
     setenv("PATH", path.c_str(), kOverwrite);
-}
-
-// A writable copy of a list. If memory runs out it is null, and the file isn't found.
-std::unique_ptr<char[]> copyList(std::string_view list) {
-    std::unique_ptr<char[]> copy(new (std::nothrow) char[list.size() + 1]);
-    if (copy != nullptr) {
-        std::memcpy(copy.get(), list.data(), list.size());
-        copy[list.size()] = '\0';
-    }
-    return copy;
-}
-
-bool canBeRead(const char* path) {
-    return openRegularFile(path).isOpen();
 }
 
 // Tries the file in one directory and writes the path tried to `result`.
@@ -88,11 +66,11 @@ bool isInDirectory(std::string_view directory, std::string_view fileName, char* 
     BoundedText path(result, size);
     const std::size_t joinedSize = directory.size() + fileName.size() + 2;
     if (joinedSize > size) {
-        return !path.append(fileName).truncated() && canBeRead(result);
+        return !path.append(fileName).truncated() && openRegularFile(result).isOpen();
     }
     path.append(directory).append("/").append(fileName);
     dnzxtr_text(result);
-    return canBeRead(result);
+    return openRegularFile(result).isOpen();
 }
 
 bool isInList(char* list, std::string_view fileName, char* result, std::size_t size) {
@@ -119,7 +97,7 @@ int findfileinpath(const char* envName, const char* fileName, char* result, int 
     if (list == nullptr || maxLength <= 0) {
         return kFailed;
     }
-    const std::unique_ptr<char[]> copy = copyList(list);
+    const CTextHandle copy(strdup(list));  // the search ends its elements in place
     if (copy == nullptr) {
         return kFailed;
     }

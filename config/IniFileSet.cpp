@@ -32,8 +32,7 @@ char* skipBlanks(char* text) {
 }
 
 char* endOfWord(char* text) {
-    char* end = std::strchr(text, kBlank);
-    return end != nullptr ? end : text + std::strlen(text);
+    return strchrnul(text, kBlank);
 }
 
 // Ends the first word of the text in place and returns the text after its spaces.
@@ -147,11 +146,7 @@ int IniFileSet::operator!=(const IniFileSet& other) const {
 
 void IniFileSet::setIniFileName(const char* name) {
     const TraceScope trace("IniFileSet::setIniFileName");
-    if (name != nullptr) {
-        oIniFileName = name;
-    } else {
-        oIniFileName.reset();
-    }
+    oIniFileName = name != nullptr ? std::optional<std::string>(name) : std::nullopt;
     oIniFilePath.reset();
     readFailed_ = false;
     populate();

@@ -57,9 +57,7 @@ bool sameArrays(const char* left, const char* right, unsigned long size) {
 
 void printBytes(const char* label, std::string_view bytes) {
     std::printf("%s<", label);
-    for (const char byte : bytes) {
-        std::printf("%c", byte);
-    }
+    std::fwrite(bytes.data(), 1, bytes.size(), stdout);
     std::printf(">\n");
 }
 

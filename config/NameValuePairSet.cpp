@@ -69,11 +69,10 @@ int NameValuePairSet::operator!=(const NameValuePairSet& /*other*/) const {
 
 unsigned long NameValuePairSet::push(NameValuePair* pair) {
     append(pair);
-    // The other slots are sorted, so opening a gap at the right place sorts them again.
+    // The other slots are sorted, so moving the last pair to the right place sorts them all.
     NameValuePair** last = oIndexOfPairs.get() + NumberInSet - 1;
     NameValuePair** place = std::upper_bound(oIndexOfPairs.get(), last, pair, standsBefore);
-    std::copy_backward(place, last, last + 1);
-    *place = pair;
+    std::rotate(place, last, last + 1);
     return kDone;
 }
 

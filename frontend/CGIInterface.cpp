@@ -31,8 +31,6 @@ CGIInterface::CGIInterface() {
 CGIInterface::~CGIInterface() {
     const TraceScope trace("CGIInterface::~CGIInterface");
     configurationSet.reset();
-    inputBuffer.reset();
-    inputBufferLength = 0;
 }
 
 char* CGIInterface::InterfaceType() {

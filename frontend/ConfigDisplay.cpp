@@ -21,29 +21,29 @@ constexpr char kHidden[] = "HIDDEN";
 // The page of one operation: an operation looks up its web interface once.
 class PageWriter {
 public:
-    void write(std::string_view text) {
-        web_.write_text(text.data(), static_cast<long>(text.size()));
+    // Writes the pieces in order: texts, and numbers of messages. Each is written separately, since
+    // each appears in the trace.
+    template <typename... Pieces>
+    void write(const Pieces&... pieces) {
+        (writePiece(pieces), ...);
     }
-    void writeMessage(std::int32_t number) { write(MessageText(number).text()); }
 
 private:
+    void writePiece(std::string_view text) {
+        web_.write_text(text.data(), static_cast<long>(text.size()));
+    }
+    void writePiece(std::int32_t message) { writePiece(MessageText(message).text()); }
+
     WebInterface& web_ = *WebInterface::Instance();
 };
 
-// Here and in the next function the field names are part of the texts: each text written separately
-// would appear in the trace.
+// Here and in the next function the field names are part of the texts, so as not to be pieces of
+// their own.
 void writeNewEntryTable(PageWriter& page) {
-    page.write("</TABLE>\n<P>");
-    page.writeMessage(kNewEntryText);
-    page.write("</P>\n");
+    page.write("</TABLE>\n<P>", kNewEntryText, "</P>\n");
     page.write("<TABLE BORDER=0>\n");
-    page.write("<TR><TH>");
-    page.writeMessage(kNameHead);
-    page.write("</TH><TH>");
-    page.writeMessage(kValueHead);
-    page.write("</TH><TH>");
-    page.writeMessage(kDescriptionHead);
-    page.write("</TH></TR>\n");
+    page.write("<TR><TH>", kNameHead, "</TH><TH>", kValueHead, "</TH><TH>", kDescriptionHead,
+               "</TH></TR>\n");
     page.write(
         "<TR><TD><INPUT NAME=dnzNewName VALUE=\"\" SIZE=25></TD>                  \n"
         "<TD><INPUT NAME=dnzNewValue VALUE=\"\" SIZE=25></TD>\n"
@@ -52,13 +52,8 @@ void writeNewEntryTable(PageWriter& page) {
 }
 
 void writeSaveName(PageWriter& page, const char* saveFile) {
-    page.write("<PRE>");
-    page.write("<STRONG><FONT size=+1>\n");
-    page.writeMessage(kSaveNameLabel);
-    page.write("</FONT></STRONG><INPUT NAME=dnzINIsave VALUE=");
-    page.write(saveFile);
-    page.write(" SIZE=25>");
-    page.write("</PRE>\n");
+    page.write("<PRE>", "<STRONG><FONT size=+1>\n", kSaveNameLabel);
+    page.write("</FONT></STRONG><INPUT NAME=dnzINIsave VALUE=", saveFile, " SIZE=25>", "</PRE>\n");
 }
 
 }  // namespace
@@ -110,9 +105,7 @@ void ConfigDisplay::endTable(const char* hideFile, const char* saveFile, const c
 void ConfigDisplay::write_input_field(const char* name, const char* value, const char* hidden) {
     PageWriter page;
     page.write(hidden != nullptr ? "<TD><INPUT TYPE= HIDDEN " : "<TD><INPUT TYPE= INPUT ");
-    page.write(" NAME= ");
-    page.write(name);
-    page.write(" VALUE= \"");
+    page.write(" NAME= ", name, " VALUE= \"");
     if (value != nullptr) {
         page.write(value);
     }
@@ -120,16 +113,9 @@ void ConfigDisplay::write_input_field(const char* name, const char* value, const
 }
 
 void ConfigDisplay::write_checkbox_field(const char* name) {
-    PageWriter page;
-    page.write("<TD><INPUT TYPE= CHECKBOX ");
-    page.write(" NAME= ");
-    page.write(name);
-    page.write(" VALUE= n  > </TD>\n");
+    PageWriter().write("<TD><INPUT TYPE= CHECKBOX ", " NAME= ", name, " VALUE= n  > </TD>\n");
 }
 
 void ConfigDisplay::write_data_field(const char* text) {
-    PageWriter page;
-    page.write("<TD> ");
-    page.write(text);
-    page.write("</TD>");
+    PageWriter().write("<TD> ", text, "</TD>");
 }

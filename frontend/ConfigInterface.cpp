@@ -26,16 +26,6 @@ bool isRooted(const char* name) {
 
 }  // namespace
 
-// A row of the form; null means a field without a value.
-struct ConfigInterface::Row {
-    char* name;
-    char* value;
-    char* description;
-    char* exclude;
-
-    [[nodiscard]] bool hasName() const { return !isNullOrEmpty(name); }
-};
-
 ConfigInterface::ConfigInterface() {
     const TraceScope trace("ConfigInterface::ConfigInterface");
 }
@@ -92,11 +82,10 @@ void ConfigInterface::CreateHTML() {
         refuse(kFileNotReadable, getIniCFGFile());
         return;
     }
-    NameValuePair* first = shown.getFirst();
     if (display.startTable() == kFailed) {
         return;
     }
-    for (NameValuePair* pair = first; pair != nullptr; pair = shown.getNext()) {
+    for (NameValuePair* pair = shown.getFirst(); pair != nullptr; pair = shown.getNext()) {
         display.insertRow(pair);
     }
     const char* offeredFile = iniSaveFile != nullptr ? iniSaveFile : getIniCFGFile();
@@ -201,43 +190,35 @@ int ConfigInterface::createIniPairs() {
     return trace.exitWith(addNewEntry());
 }
 
-ConfigInterface::Row ConfigInterface::readRow(int index) {
+int ConfigInterface::addRow(int index) {
     const auto field = [this, index](char kind) {
         return getFieldValue(FieldName(kind, index).text());
     };
-    Row row{};
-    row.name = field(kNameKind);
-    stripTrailingBlanks(row.name);
-    row.value = field(kValueKind);
-    row.description = field(kDescriptionKind);
-    row.exclude = field(kExcludeKind);
-    return row;
-}
-
-int ConfigInterface::addRow(int index) {
-    const Row row = readRow(index);
-    if (!row.hasName()) {
+    char* name = field(kNameKind);
+    const char* value = field(kValueKind);
+    const char* description = field(kDescriptionKind);
+    IniFileSet& entries = field(kExcludeKind) != nullptr ? excludedParts : iniParts;
+    stripTrailingBlanks(name);
+    if (isNullOrEmpty(name)) {
         return kFailed;
     }
-    IniFileSet& entries = row.exclude != nullptr ? excludedParts : iniParts;
-    entries.addNewIniPart(row.name, row.value, row.description);
+    entries.addNewIniPart(name, value, description);
     return kDone;
 }
 
 int ConfigInterface::addNewEntry() {
-    Row entry{};
-    entry.name = getFieldValue(kNewNameField);
-    stripTrailingBlanks(entry.name);
-    if (!entry.hasName()) {
+    char* name = getFieldValue(kNewNameField);
+    stripTrailingBlanks(name);
+    if (isNullOrEmpty(name)) {
         return kDone;
     }
-    if (std::strchr(entry.name, ' ') != nullptr) {
-        return refuse(kNewNameBlank, entry.name);
+    if (std::strchr(name, ' ') != nullptr) {
+        return refuse(kNewNameBlank, name);
     }
-    entry.value = getFieldValue(kNewValueField);
-    entry.description = getFieldValue(kNewDescriptionField);
-    if (iniParts.findPart(entry.name) == nullptr) {
-        iniParts.addNewIniPart(entry.name, entry.value, entry.description);
+    const char* value = getFieldValue(kNewValueField);
+    const char* description = getFieldValue(kNewDescriptionField);
+    if (iniParts.findPart(name) == nullptr) {
+        iniParts.addNewIniPart(name, value, description);
     }
     return kDone;
 }

@@ -66,10 +66,7 @@ public:
     void stripTrailingBlanks(char* text);
 
 private:
-    struct Row;
-
     int useShownFile(const char* fieldName, int chosenOperation);
-    Row readRow(int index);
     int addRow(int index);
     int addNewEntry();
     int saveEntries();

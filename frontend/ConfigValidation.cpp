@@ -32,20 +32,12 @@ constexpr std::size_t kEntryFrame = 3;
 // An entry as its tests see it. A missing value or description is empty. The views show the texts
 // of the pair itself, so a change of its value shows here.
 struct Entry {
-    explicit Entry(NameValuePair& entryPair)
-        : pair(entryPair),
-          nameText(entryPair.getName()),
-          valueText(entryPair.getValue()),
-          name(viewOf(nameText)),
-          value(viewOf(valueText)),
-          description(viewOf(entryPair.getDesc())) {}
-
     NameValuePair& pair;
-    const char* nameText;
-    const char* valueText;
-    std::string_view name;
-    std::string_view value;
-    std::string_view description;
+    const char* nameText = pair.getName();
+    const char* valueText = pair.getValue();
+    std::string_view name = viewOf(nameText);
+    std::string_view value = viewOf(valueText);
+    std::string_view description = viewOf(pair.getDesc());
 };
 
 // Reports the faults of the entries; the first report begins the page.
@@ -103,10 +95,10 @@ void checkQueueValue(const Entry& entry, FaultReports& reports) {
 void normaliseContext(const Entry& entry) {
     char* value = entry.pair.get_oValue();
     for (const std::string_view word : {kContextNone, kContextAll}) {
-        for (std::size_t i = 0; i < word.size() && entry.value.size() == word.size(); ++i) {
-            if (upperCase(value[i]) == upperCase(word[i])) {
-                value[i] = word[i];
-            }
+        if (entry.value.size() == word.size()) {
+            std::transform(word.begin(), word.end(), value, value, [](char wanted, char present) {
+                return upperCase(present) == upperCase(wanted) ? wanted : present;
+            });
         }
     }
 }
@@ -140,7 +132,7 @@ int ConfigInterface::Validate() {
     TraceScope trace("ConfigInterface::Validate");
     FaultReports reports(*this);
     for (NameValuePair* pair = iniParts.getFirst(); pair != nullptr; pair = iniParts.getNext()) {
-        const Entry entry(*pair);
+        const Entry entry{*pair};
         checkLength(entry, reports);
         if (isQueueEntry(entry.name)) {
             checkQueueValue(entry, reports);

@@ -3,8 +3,6 @@
 #include "config/ConfigurationSet.h"
 #include "frontend/ThreadObjectSet.h"
 
-using namespace dnz;
-
 WebInterface* WebInterface::Instance() {
     return static_cast<WebInterface*>(ThreadObjectSet::Instance()->query());
 }

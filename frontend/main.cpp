@@ -12,6 +12,7 @@
 #include <cstring>
 #include <iterator>
 
+#include "config/Results.h"
 #include "frontend/CGIInterface.h"
 #include "frontend/ConfigInterface.h"
 #include "frontend/MessageNumbers.h"
@@ -21,9 +22,6 @@
 using namespace dnz;
 
 namespace {
-
-constexpr int kAccepted = 1;
-constexpr int kRefused = 0;
 
 // Opens standard streams that the server left closed. An open takes the lowest free number, so a
 // file opened later could become a standard stream, and the page or a line for the log would go
@@ -69,16 +67,16 @@ int checkRequest() {
     const char* contentType = std::getenv("CONTENT_TYPE");
     if (method == nullptr || contentType == nullptr) {
         writeLine(kNoRequest);
-        return kRefused;
+        return kFailed;
     }
-    int status = kAccepted;
+    int status = kDone;
     if (std::strcmp(method, "POST") != 0) {
         refuse("text/html", kMethodNotPost);
-        status = kRefused;
+        status = kFailed;
     }
     if (std::strcmp(contentType, "application/x-www-form-urlencoded") != 0) {
         refuse("text/plain", kContentNotForm);
-        status = kRefused;
+        status = kFailed;
     }
     return status;
 }
@@ -87,7 +85,7 @@ int serveRequest() {
     ConfigInterface controller;
     CGIInterface transport;
     const int status = controller.Initialize(transport.getInputBuffer());
-    if (status != kRefused) {
+    if (status != kFailed) {
         controller.ConfigUI();
     }
     return status;
@@ -112,7 +110,7 @@ int main() {
     dnz_InitCommonServices("DNZ");
     TraceScope trace("NZGcnf (main)");
     int status = checkRequest();
-    if (status != kRefused) {
+    if (status != kFailed) {
         status = serveRequestOrUnwind();
     }
     return trace.exitWith(status);

@@ -27,7 +27,7 @@ struct Destination {
 };
 using Destinations = std::array<Destination, kSectionCount>;
 
-// A missing section has no data.
+// A missing section is empty.
 using Sections = std::array<std::string_view, kSectionCount>;
 
 // The message category of the locale follows the environment, during the retrieval and after it,
@@ -87,34 +87,21 @@ std::int32_t checkArguments(std::int32_t control, const Destinations& destinatio
 }
 
 Sections splitSections(std::string_view text) {
-    Sections sections;
-    for (std::size_t i = 0; i < kSectionCount; ++i) {
-        const std::size_t end = i + 1 < kSectionCount ? text.find(kSectionEnd) : text.npos;
-        sections[i] = text.substr(0, end);
-        if (end == text.npos) {
-            break;
-        }
-        text.remove_prefix(end + 1);
-    }
-    return sections;
+    const std::string_view first = takeField(text, kSectionEnd);
+    const std::string_view second = takeField(text, kSectionEnd);
+    return {first, second, text};
 }
 
 // Folds the text at spaces into lines of at most 80 columns; a longer word stays whole.
 void fold(char* text) {
     char* lastBlank = std::strchr(text, ' ');
-    if (lastBlank == nullptr) {
-        return;
-    }
     std::size_t column = 0;
-    for (char* place = text; *place != '\0'; ++place, ++column) {
+    for (char* place = text; lastBlank != nullptr && *place != '\0'; ++place, ++column) {
         if (column == kFoldColumns) {
             *lastBlank = '\n';
             place = lastBlank + 1;
             column = 0;
             lastBlank = std::strchr(place, ' ');
-            if (lastBlank == nullptr) {
-                return;
-            }
         }
         if (*place == ' ') {
             lastBlank = place;

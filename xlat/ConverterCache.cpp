@@ -48,18 +48,15 @@ struct TableKind {
     int (*load)(const FileDescriptor& file, ConvSlot& slot);  // 0 or an errno
 };
 
-bool hasTag(const ConvSlot& slot, const char* tag) {
-    return std::memcmp(slot.tag, tag, kTagSize) == 0;
+bool isInUse(const ConvSlot& slot) {
+    return std::memcmp(slot.tag, kInUseTag, kTagSize) == 0;
 }
 
-void setTag(ConvSlot& slot, const char* tag) {
-    std::memcpy(slot.tag, tag, kTagSize);
-}
-
-std::int32_t findSlot(std::string_view key) {
+// The part of the handle of a loaded table, or kNotFound.
+std::int32_t findPart(std::string_view key) {
     for (std::int32_t number = 0; number < iconv_list_size; ++number) {
-        if (hasTag(iconv_list[number], kInUseTag) && key == iconv_list[number].key) {
-            return number;
+        if (isInUse(iconv_list[number]) && key == iconv_list[number].key) {
+            return number + 1;
         }
     }
     return kNotFound;
@@ -81,7 +78,7 @@ bool enlargeList() {
 // The number of a slot that may be filled, or kNotFound if the list is full.
 std::int32_t slotToFill() {
     std::int32_t number = 0;
-    while (number < iconv_list_size && hasTag(iconv_list[number], kInUseTag)) {
+    while (number < iconv_list_size && isInUse(iconv_list[number])) {
         ++number;
     }
     if (number == kMostSlots || (number == iconv_list_size && !enlargeList())) {
@@ -186,7 +183,7 @@ std::int32_t loadTable(std::string_view key, std::int32_t leadByteClass, const T
     BoundedText(slot.key).append(key);
     slot.leadByteClass = leadByteClass;
     const int error = fillSlot(slot, kind);
-    setTag(slot, error == 0 ? kInUseTag : kGivenUpTag);
+    std::memcpy(slot.tag, error == 0 ? kInUseTag : kGivenUpTag, kTagSize);
     if (error != 0) {
         errno = error;
         return kNotFound;
@@ -207,11 +204,7 @@ public:
         if (text() == kNoPagesKey) {
             return kNoPart;
         }
-        if (isUnchanged_) {
-            return kUnchangedPart;
-        }
-        const std::int32_t number = findSlot(text());
-        return number != kNotFound ? number + 1 : kNotFound;
+        return isUnchanged_ ? kUnchangedPart : findPart(text());
     }
 
     [[nodiscard]] std::string_view text() const { return text_.view(); }
@@ -246,7 +239,7 @@ std::int32_t xxxOpenConv(const char* targetSbcs, const char* targetDbcs, const c
 
 void dnz::freeConverters() {
     for (std::int32_t number = 0; number < iconv_list_size; ++number) {
-        if (hasTag(iconv_list[number], kInUseTag)) {
+        if (isInUse(iconv_list[number])) {
             delete[] iconv_list[number].table;
         }
     }

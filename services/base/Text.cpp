@@ -2,7 +2,6 @@
 
 #include <climits>
 #include <cstdio>
-#include <cstdlib>
 
 namespace dnz {
 

@@ -1,6 +1,6 @@
-// Terminated texts: texts of the C library, views of texts that may be null, numbers in texts, and
-// bounded builders. All buffers of fixed size are filled by these builders, which cut a text
-// instead of overrunning.
+// Terminated texts: texts of the C library, views of texts that may be null, numbers and fields in
+// texts, and bounded builders. All buffers of fixed size are filled by these builders, which cut a
+// text instead of overrunning.
 #pragma once
 
 #include <algorithm>
@@ -23,6 +23,14 @@ using CTextHandle = std::unique_ptr<char, TextReleaser>;
 // The text, or an empty one for null.
 inline std::string_view viewOf(const char* text) {
     return text != nullptr ? std::string_view(text) : std::string_view("");
+}
+
+// Removes the first field and the separator after it from `text`, and returns the field. Without a
+// separator the whole text is the field.
+inline std::string_view takeField(std::string_view& text, char separator) {
+    const std::string_view field = text.substr(0, text.find(separator));
+    text.remove_prefix(std::min(field.size() + 1, text.size()));
+    return field;
 }
 
 inline bool isNullOrEmpty(const char* text) {

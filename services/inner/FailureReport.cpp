@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <ctime>
 #include <string_view>
+#include <utility>
 
 #include "services/base/File.h"
 #include "services/base/Path.h"
@@ -66,32 +67,28 @@ const char* commentOf(const char* text) {
 
 StreamHandle openReportFile() {
     const OutputFileName name("FDC");
-    if (const char* directory = outputDirectory(); directory != nullptr) {
-        const Path path(directory, name.view());
-        StreamHandle file = path.fits() ? openPrivateStream(path.c_str(), "a") : nullptr;
-        if (file != nullptr) {
-            return file;
-        }
+    const char* directory = outputDirectory();
+    const Path path(directory, name.view());
+    StreamHandle file;
+    if (directory != nullptr && path.fits()) {
+        file = openPrivateStream(path.c_str(), "a");
     }
-    return openPrivateStream(name.c_str(), "a");
-}
-
-void writeReport(const char* functionName, std::int32_t probe, const xcsINSERTS& inserts) {
-    xnzCSCtrl->inFailureReport = 1;
-    if (fdcFile == nullptr) {
-        fdcFile = openReportFile().release();
-    }
-    CreateWYRD(functionName, probe, inserts);
-    xnzCSCtrl->inFailureReport = 0;
+    return file != nullptr ? std::move(file) : openPrivateStream(name.c_str(), "a");
 }
 
 }  // namespace
 
 std::int32_t xnz_xcsWYRD(const char* functionName, std::int32_t probe, xcsINSERTS inserts) {
     const ServiceTraceScope trace("xnz_xcsWYRD");
-    if (xnzCSCtrl != nullptr && xnzCSCtrl->inFailureReport == 0) {
-        writeReport(functionName, probe, inserts);
+    if (xnzCSCtrl == nullptr || xnzCSCtrl->inFailureReport != 0) {
+        return kServiceOk;
     }
+    xnzCSCtrl->inFailureReport = 1;
+    if (fdcFile == nullptr) {
+        fdcFile = openReportFile().release();
+    }
+    CreateWYRD(functionName, probe, inserts);
+    xnzCSCtrl->inFailureReport = 0;
     return kServiceOk;
 }
 
@@ -136,9 +133,7 @@ void PrintBot(char* line, std::FILE* stream) {
 }
 
 void PrintBlank(char* line, std::FILE* stream) {
-    BoundedText text(line, kReportLineSize);
-    appendRow(text, "", "");
-    printRow(line, stream);
+    PrintString(line, stream, "");
 }
 
 void PrintString(char* line, std::FILE* stream, const char* text) {

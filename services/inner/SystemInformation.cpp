@@ -76,28 +76,23 @@ std::int32_t ObtainSystemCP() {
 }
 
 void xnzGetCodeset(char* codeset) {
-    BoundedText(codeset, kCodesetSize).append(kDefaultCodeset);
-    const char* name = currentLocaleName();
-    for (const LocaleCodeset* row = xxxCodesetInfo; row->locale != nullptr; ++row) {
-        if (std::strcmp(row->locale, name) == 0) {
-            BoundedText(codeset, kCodesetSize).append(row->codeset);
-            return;
-        }
+    const std::string_view name = currentLocaleName();
+    const LocaleCodeset* row = xxxCodesetInfo;
+    while (row->locale != nullptr && row->locale != name) {
+        ++row;
     }
+    const bool isKnown = row->locale != nullptr;
+    BoundedText(codeset, kCodesetSize).append(isKnown ? row->codeset : kDefaultCodeset);
 }
 
 std::int32_t xnzQueryDateTime2(std::int16_t option, char* date, char* time, std::int16_t dateSize,
                                std::int16_t timeSize) {
     ServiceTraceScope trace("xnzQueryDateTime2");
-    const std::time_t now = std::time(nullptr);
-    const std::tm* parts = nullptr;
-    if (option == kLocalTime) {
-        parts = std::localtime(&now);
-    } else if (option == kUniversalTime) {
-        parts = std::gmtime(&now);
-    } else {
+    if (option != kLocalTime && option != kUniversalTime) {
         return trace.exitWith(xecU_E_INVALID_OPTION);
     }
+    const std::time_t now = std::time(nullptr);
+    const std::tm* parts = option == kLocalTime ? std::localtime(&now) : std::gmtime(&now);
     const bool formatted = parts != nullptr && formatTime(date, dateSize, "%x ", *parts) &&
                            formatTime(time, timeSize, "%H:%M:%S", *parts);
     return trace.exitWith(formatted ? kServiceOk : xecU_E_TIME_ERROR);

@@ -63,9 +63,7 @@ std::int32_t xnz_xtrInitialize() {
     if (const char* traceValue = serviceVariable("_TRACE"); traceValue != nullptr) {
         startTracing(traceValue);
     }
-    if (isTracing()) {
-        xnztr_text(FixedText<32>("BuildDate ").append(kBuildDate).c_str());
-    }
+    xnztr_text(FixedText<32>("BuildDate ").append(kBuildDate).c_str());
     return kServiceOk;
 }
 

@@ -58,11 +58,7 @@ const char* timeOfDay() {
 }
 
 constexpr char kDashes[] = "------------------------------------------------------------";
-
-int dashCount(std::int32_t indentation) {
-    return static_cast<int>(
-        std::min<std::size_t>(static_cast<std::size_t>(indentation) + 2, sizeof kDashes - 1));
-}
+constexpr std::int32_t kMostDashes = sizeof kDashes - 1;
 
 constexpr std::size_t kBytesPerLine = 16;
 constexpr std::size_t kChunkSize = 4000;
@@ -88,7 +84,7 @@ void writeIdenticalLines(int count) {
     }
 }
 
-// Dumps one chunk. Runs of equal lines are written once and counted.
+// Dumps at most one chunk. Runs of equal lines are written once and counted.
 void writeDumpRecord(const unsigned char* bytes, std::size_t length) {
     const std::size_t end = std::min(length, kChunkSize);
     int identicalLines = 0;
@@ -178,8 +174,7 @@ void xnztr_data(const void* data, std::uint16_t length) {
     }
     const auto* bytes = static_cast<const unsigned char*>(data);
     for (std::size_t done = 0; done < length; done += kChunkSize) {
-        const std::size_t chunk = std::min<std::size_t>(kChunkSize, length - done);
-        xnz_trcgent(kDumpRecord, static_cast<std::int32_t>(chunk), bytes + done);
+        xnz_trcgent(kDumpRecord, static_cast<std::int32_t>(length - done), bytes + done);
     }
 }
 
@@ -208,7 +203,7 @@ void xnz_xtrFormatRC(char* out, std::int32_t returnCode) {
         return;
     }
     const ErrnoKeeper keeper;
-    const int dashes = dashCount(indentation);
+    const int dashes = std::min(indentation, kMostDashes - 2) + 2;
     const char* time = timeOfDay();
     if (isEntry == 1) {
         std::fprintf(xnzCSCtrl->traceFile, "%s\n   %.*s>%s\n", time, dashes, kDashes, functionName);

@@ -14,26 +14,22 @@ using namespace dnz;
 
 std::int32_t dnzcsaInit = 0;
 
+[[gnu::cold, gnu::noinline]] void dnz_InitCommonServices(const char* name) {
+    InitCommonServices(name);
+    dnzcsaInit = 1;
+}
+
 namespace {
 
 constexpr const char* dnz_WYRD_functionName[] = {"first_function!!!"};
 
-[[gnu::cold, gnu::noinline]] void startServices() {
-    dnz_InitCommonServices("DNZ");
-}
-
 void startServicesOnce() {
     if (dnzcsaInit == 0) {
-        startServices();
+        dnz_InitCommonServices("DNZ");
     }
 }
 
 }  // namespace
-
-void dnz_InitCommonServices(const char* name) {
-    InitCommonServices(name);
-    dnzcsaInit = 1;
-}
 
 bool dnz::startedAndTracing() {
     startServicesOnce();

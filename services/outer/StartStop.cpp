@@ -15,11 +15,6 @@ using namespace dnz;
 
 namespace {
 
-// The part of a name that fits with its terminator.
-std::string_view usableName(const char* name) {
-    return {name, strnlen(name, kServiceNameSize - 1)};
-}
-
 bool isStarted(std::string_view name) {
     return xnzCSCtrl != nullptr &&
            std::memcmp(xnzCSCtrl->programName, xnzCSCtrl->serviceName, name.size()) == 0 &&
@@ -30,7 +25,8 @@ bool isStarted(std::string_view name) {
 }  // namespace
 
 std::int32_t InitCommonServices(const char* name) {
-    const std::string_view usable = usableName(name);
+    // The part that fits with its terminator.
+    const std::string_view usable(name, strnlen(name, kServiceNameSize - 1));
     if (isStarted(usable)) {
         return kServiceOk;
     }
