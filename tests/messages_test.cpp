@@ -32,7 +32,8 @@ xcsINSERTS someInserts() {
     return {.number1 = -1, .number2 = INT32_MIN, .text1 = "50% %4", .text3 = "third"};
 }
 
-// The code, and the sections of the message with a space before each.
+// Number in hexadecimal, control word, sizes of the buffers => code and sections of the message; a
+// "~" is a buffer that stayed as it was.
 std::string messageOf(std::istream& in) {
     const auto number = static_cast<std::int32_t>(next<std::uint32_t>(in >> std::hex));
     const auto control = next<std::int32_t>(in >> std::dec);
@@ -81,10 +82,13 @@ TEST_F(Services, RetrieveMessages) {
         1000 0 200 => 20806128 ~ | 1000 1 200 => 20806128 ~ | 1000 12 200 => 20806128 ~
         1000 -1 200 => 20806128 ~ | 1000 3 0 => 20806127)",
           messageOf);
+    // Folded after 80 columns, which don't count the prefix, but not within a word.
     check("1080 3 200 => 0 " + kWord + " b c " + kWord + " d | 1080 11 200 => 0 " + kWord +
               "/b c/" + kWord + "/d | 1081 11 200 => 0 " + kLong + "/b/" + kLong +
               " | 1082 11 200 => 0 " + kLong + " | 1083 11 200 => 0 " + kWord.substr(39) + " " +
-              kWord.substr(40) + " | 1084 11 200 => 0 " + kWord.substr(39) + "/" + kWord.substr(39),
+              kWord.substr(40) + " | 1084 11 200 => 0 " + kWord.substr(39) + "/" +
+              kWord.substr(39) + " | 1083 10 200 => 0 NZL1083: " + kWord.substr(39) + " " +
+              kWord.substr(40),
           messageOf);
     EXPECT_EQ(xnzGetMessage(0x1000, kPlainMessage, {}, 0, nullptr, 0, nullptr, 1, nullptr, 0),
               xecE_E_INVALID_BUFFLEN);

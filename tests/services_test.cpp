@@ -80,7 +80,7 @@ TEST_F(Services, NameReturnCodesOrSpellThem) {
             xnz_xtrFormatRC(text, next<std::int32_t>(in));
             return std::string(text);
         });
-    // The table was compared with the list of all codes, whose FNV-1a hash this is.
+    // The FNV-1a hash of the list of all codes, with which the table was compared.
     std::uint32_t hash = 2166136261;
     for (const ReturnCodeName& row : xnzRetList) {
         for (const char byte : std::to_string(row.code) + " " + row.name + "\n") {
@@ -140,6 +140,7 @@ TEST_F(Services, TakeTheCodePageFromTheLocale) {
 TEST_F(Services, FormatDateAndTimeIntoTheSpaceGiven) {
     setVariable("TZ", "XXX-05:30");
     std::string minutes[2];
+    // Option, space for the date and for the time => code, and what is written.
     check(
         "1 11 10 => 0 99/99/99 99:99:99 | 2 20 20 => 0 99/99/99 99:99:99 | 2 10 10 => 20806082 |"
         "1 20 9 => 20806082 | 1 -1 20 => 20806082 | 3 20 20 => 20806081",

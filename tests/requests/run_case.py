@@ -32,7 +32,7 @@ FOLDER_FIELD = re.search('<TD>.*<directory>.*\n ', TAIL)[0]
 
 
 def read_cases():
-    """Title and text of each case, those of a table one by one."""
+    """Title and text of each case, those of a table one by one; the first makes the files of all."""
     common, *parts = re.split('(?m)^== (.*)\n', re.sub('(?m)^#.*\n', '', read(CASES)))
     for title, part in zip(parts[::2], parts[1::2]):
         title, _, request = title.partition(' [')

@@ -16,6 +16,8 @@ PAIRS = [first + second for first in BYTES for second in BYTES]
 SHIFTS = SHIFT_OUT, _ = b'\x0e', b'\x0f'
 LIBC = ctypes.CDLL(None)
 LIBC.iconv_open.restype = ctypes.c_void_p
+Ccsid = collections.namedtuple('Ccsid', 'dbcs sbcs width encoding leads converter')
+MIXED, HOST = '3', '1'  # width, encoding
 MISFIT = '{}: 188 pairs with the first byte 9f are read as single bytes\n'
 SINGLES = ''.join(f'5: the single byte {byte:02x} is read as a first byte\n'
                   for byte in range(0xA1, 0xE0))
@@ -42,23 +44,18 @@ def converted(source, target, texts):
     return results
 
 
-class Ccsid(collections.namedtuple('Ccsid', 'dbcs sbcs width encoding leads converter')):
-    is_mixed = property(lambda self: self.width == '3')
-    is_host = property(lambda self: self.encoding == '1')
-
-
 def table(one, other, codes):
     """What each code becomes, or the substitute of the other side."""
     size = len(codes[0])
-    before, shift = (SHIFT_OUT if each.is_host and size == 2 else b'' for each in (one, other))
+    before, shift = (SHIFT_OUT if each.encoding == HOST and size == 2 else b'' for each in (one, other))
     characters = converted(one.converter, 'UTF-32LE', [before + code for code in codes])
     single = {character for character in characters.values() if len(character) == 4}
     back = converted('UTF-32LE', other.converter, single)
-    never = SHIFTS if other.is_mixed and other.is_host else ()
+    never = SHIFTS if (other.width, other.encoding) == (MIXED, HOST) else ()
     for code in codes:
         found = back.get(characters.get(before + code), b'')
         fits = len(found) == len(shift) + size and found.startswith(shift) and found not in never
-        yield found[len(shift):] if fits else (b'\x3f' if other.is_host else b'\x1a') * size
+        yield found[len(shift):] if fits else (b'\x3f' if other.encoding == HOST else b'\x1a') * size
 
 
 class Tables(unittest.TestCase):
@@ -74,7 +71,7 @@ class Tables(unittest.TestCase):
                 if name in made:
                     self.assertEqual(made.pop(name), b''.join(table(one, other, BYTES)))
                 name = f'{int(one.dbcs):04x}{int(other.dbcs):04x}.tbl'
-                if name in made and one.is_mixed and other.is_mixed:
+                if name in made and one.width == other.width == MIXED:
                     rows = made.pop(name)
                     places = [512 * rows[first] + 2 * second for first, second in PAIRS]
                     self.assertEqual([rows[place:place + 2] for place in places],
