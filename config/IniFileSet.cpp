@@ -32,7 +32,8 @@ char* skipBlanks(char* text) {
 }
 
 char* endOfWord(char* text) {
-    return strchrnul(text, kBlank);
+    char* end = std::strchr(text, kBlank);
+    return end != nullptr ? end : text + std::strlen(text);
 }
 
 // Ends the first word of the text in place and returns the text after its spaces.

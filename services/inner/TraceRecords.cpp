@@ -84,7 +84,7 @@ void writeIdenticalLines(int count) {
     }
 }
 
-// Dumps at most one chunk. Runs of equal lines are written once and counted.
+// Dumps one chunk. Runs of equal lines are written once and counted.
 void writeDumpRecord(const unsigned char* bytes, std::size_t length) {
     const std::size_t end = std::min(length, kChunkSize);
     int identicalLines = 0;
@@ -174,7 +174,8 @@ void xnztr_data(const void* data, std::uint16_t length) {
     }
     const auto* bytes = static_cast<const unsigned char*>(data);
     for (std::size_t done = 0; done < length; done += kChunkSize) {
-        xnz_trcgent(kDumpRecord, static_cast<std::int32_t>(length - done), bytes + done);
+        const std::size_t chunk = std::min<std::size_t>(kChunkSize, length - done);
+        xnz_trcgent(kDumpRecord, static_cast<std::int32_t>(chunk), bytes + done);
     }
 }
 
