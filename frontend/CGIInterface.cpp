@@ -109,7 +109,7 @@ void CGIInterface::readContentLength() {
 
 void CGIInterface::readBody() {
     const unsigned long length = inputBufferLength;
-    if (startedAndTracing()) {
+    if (startAndAskTracing()) {
         dnzxtr_text(FixedText<80>().appendf("CONTENT_LENGTH = %lu", length).c_str());
     }
     inputBuffer = std::make_unique_for_overwrite<char[]>(length + 1);
