@@ -88,13 +88,13 @@ long CGIPartSet::getPartValue(const char* name, char* buffer, unsigned long* len
     if (value == nullptr) {
         return kDone;
     }
-    const unsigned long stored = part->get_oValueLength();
+    const unsigned long storedSize = part->get_oValueLength();
     if (size > 0) {
-        *length = std::min(stored, size - 1);
+        *length = std::min(storedSize, size - 1);
         std::strncpy(buffer, value, *length);  // sets zero bytes after a shorter text
         buffer[*length] = '\0';
     }
-    return size < stored ? kFailed : kDone;
+    return size < storedSize ? kFailed : kDone;
 }
 
 unsigned long CGIPartSet::scanForNumberOfParts(const char* buffer, unsigned long length) {
@@ -107,7 +107,7 @@ unsigned long CGIPartSet::scanForNumberOfParts(const char* buffer, unsigned long
     } else {
         dnzxtr_text("No part data");
     }
-    if (startedAndTracing()) {
+    if (startAndAskTracing()) {
         dnzxtr_text(FixedText<kTraceTextSize>().appendf("numberOfParts=%lu", count).c_str());
     }
     return count;

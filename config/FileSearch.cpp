@@ -30,7 +30,7 @@ bool isDefaultLanguage(std::string_view language) {
 // language that its country is named after.
 bool keepsCountry(const char* code) {
     constexpr std::string_view kFirstLetters = "pjkz";
-    const bool byLetter = code[0] != '\0' && kFirstLetters.find(code[0]) != std::string_view::npos;
+    const bool byLetter = kFirstLetters.find(code[0]) != std::string_view::npos;
     return byLetter ||
            (upperCase(code[0]) == upperCase(code[3]) && upperCase(code[1]) == upperCase(code[4]));
 }
@@ -61,11 +61,11 @@ void appendSearchDirectories() {
 }
 
 // Tries the file in one directory and writes the path tried to `result`.
-bool isInDirectory(std::string_view directory, std::string_view fileName, char* result,
-                   std::size_t size) {
+bool findInDirectory(std::string_view directory, std::string_view fileName, char* result,
+                     std::size_t size) {
     BoundedText path(result, size);
     const std::size_t joinedSize = directory.size() + fileName.size() + 2;
-    if (joinedSize > size) {
+    if (joinedSize > size) {  // too long: the bare name is tried instead
         return !path.append(fileName).truncated() && openRegularFile(result).isOpen();
     }
     path.append(directory).append("/").append(fileName);
@@ -73,14 +73,14 @@ bool isInDirectory(std::string_view directory, std::string_view fileName, char* 
     return openRegularFile(result).isOpen();
 }
 
-bool isInList(char* list, std::string_view fileName, char* result, std::size_t size) {
+bool findInList(char* list, std::string_view fileName, char* result, std::size_t size) {
     while (*list != '\0') {
         char* element = list + std::strspn(list, ":");
         list = SearchEnv(element);
         if (*list == kSeparator) {
             *list++ = '\0';
         }
-        if (isInDirectory(element, fileName, result, size)) {
+        if (findInDirectory(element, fileName, result, size)) {
             return true;
         }
     }
@@ -102,7 +102,7 @@ int findfileinpath(const char* envName, const char* fileName, char* result, int 
         return kFailed;
     }
     const auto size = static_cast<std::size_t>(maxLength);
-    return isInList(copy.get(), fileName, result, size) ? kDone : kFailed;
+    return findInList(copy.get(), fileName, result, size) ? kDone : kFailed;
 }
 
 char* SearchEnv(char* element) {

@@ -4,7 +4,8 @@
 #pragma once
 
 // Appends the directories of the product and of the language in LANG to PATH. Then tries each
-// directory of the list in the environment variable `envName`; empty elements are skipped.
+// directory of the list in the environment variable `envName`; empty elements are skipped, but for
+// a list of nothing but `:` the root directory is tried.
 //   result     receives the path found, or on failure the last path tried; untouched if there is no
 //              such variable or its list is empty
 //   maxLength  size of `result`; a path that doesn't fit is replaced by the bare file name

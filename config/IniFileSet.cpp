@@ -44,9 +44,10 @@ char* splitAfterWord(char* text) {
     return rest;
 }
 
-// The part of the text after a name that an entry stores: null for no text, else one that always
-// contains the mark of a description. The text grows by at most the two characters of that mark.
-const char* storedText(char* rest) {
+// Completes the text after a name, in place, to what an entry stores: null for no text, else one
+// that always contains the mark of a description. Without a mark, text after the first word is
+// lost. There must be space for two more bytes.
+const char* completeText(char* rest) {
     if (*rest == '\0') {
         return nullptr;
     }
@@ -69,7 +70,7 @@ std::string composedText(const char* value, const char* desc) {
     return text;
 }
 
-// Ends the value of a part after its first word.
+// Ends the value of a part after its first word. Leading spaces stay: the validation reports them.
 void cutValue(char* stored) {
     *endOfWord(skipBlanks(stored)) = '\0';
 }
@@ -78,6 +79,7 @@ NameValuePair* newPart(const char* name, const char* text) {
     auto* part = new IniFilePart(name, text);
     dnzxtr_text(name);
     dnzxtr_text(text);
+    // The test of getValue, without its trace record.
     if (text != nullptr && *text != kDescriptionMark) {
         cutValue(part->get_oValue());
     }
@@ -220,7 +222,7 @@ void IniFileSet::readEntries(FileReader& file) {
         char* name = skipBlanks(line);
         char* rest = splitAfterWord(name);
         if (*name != '\0') {
-            parts.push_back(newPart(name, storedText(rest)));
+            parts.push_back(newPart(name, completeText(rest)));
         }
     }
     readFailed_ = file.failed();

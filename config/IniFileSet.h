@@ -21,7 +21,8 @@
 class IniFileSet : public NameValuePairSet {
 public:
     IniFileSet();
-    // Shares the pairs and copies the file name; counts as not read.
+    // Both share the pairs and copy the file name. A new copy counts as not read; an assignment
+    // leaves Populated() as it was.
     IniFileSet(const IniFileSet& other);
     IniFileSet& operator=(const IniFileSet& other);
     virtual ~IniFileSet();

@@ -137,7 +137,8 @@ void NameValuePairSet::append(NameValuePair* pair) {
 }
 
 void NameValuePairSet::sortIndex() {
-    // Files are saved sorted. And qsort takes no null, even for no slots.
+    // Usually already sorted, since saved files are. The test also keeps the null index of an empty
+    // set from qsort. Another sort might leave equal names in another order.
     if (!std::is_sorted(oIndexOfPairs.get(), oIndexOfPairs.get() + NumberInSet, standsBefore)) {
         std::qsort(oIndexOfPairs.get(), NumberInSet, kSlotSize, compare);
     }

@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <utility>
 
 #include "config/ConfigurationSet.h"
 #include "config/Results.h"
@@ -21,6 +22,16 @@ void writeToCache(Cache& cache, const char* text) {
     dnzxtr_text(text);
 }
 
+// CONTENT_LENGTH, or 0 if that isn't a positive number.
+unsigned long announcedLength() {
+    const char* text = std::getenv("CONTENT_LENGTH");
+    if (text == nullptr) {
+        dnzxtr_text("CONTENT_LENGTH not Set!");
+    }
+    const int length = text != nullptr ? leadingNumber(text) : 0;
+    return static_cast<unsigned long>(std::max(length, 0));
+}
+
 }  // namespace
 
 CGIInterface::CGIInterface() {
@@ -30,7 +41,7 @@ CGIInterface::CGIInterface() {
 
 CGIInterface::~CGIInterface() {
     const TraceScope trace("CGIInterface::~CGIInterface");
-    configurationSet.reset();
+    configurationSet.reset();  // here, so that its trace records come before the exit record
 }
 
 char* CGIInterface::InterfaceType() {
@@ -85,45 +96,34 @@ const char* CGIInterface::getInputBuffer() {
     if (inputBuffer != nullptr) {
         return inputBuffer.get();
     }
-    // A body that ended early was reported when it was read, and stays no body.
+    // A short body has been reported by the first call; later calls find none.
     if (std::feof(stdin) != 0 || std::ferror(stdin) != 0) {
         return nullptr;
     }
-    readContentLength();
-    if (inputBufferLength != 0) {
-        readBody();
+    const unsigned long length = announcedLength();
+    if (length != 0) {
+        readBody(length);
     } else {
         LogError("CONTENT_LENGTH is zero");
     }
     return inputBuffer.get();
 }
 
-void CGIInterface::readContentLength() {
-    const char* text = std::getenv("CONTENT_LENGTH");
-    if (text == nullptr) {
-        dnzxtr_text("CONTENT_LENGTH not Set!");
-    }
-    const int length = text != nullptr ? leadingNumber(text) : 0;
-    inputBufferLength = static_cast<unsigned long>(std::max(length, 0));
-}
-
-void CGIInterface::readBody() {
-    const unsigned long length = inputBufferLength;
-    if (startedAndTracing()) {
+void CGIInterface::readBody(unsigned long length) {
+    if (startAndAskTracing()) {
         dnzxtr_text(FixedText<80>().appendf("CONTENT_LENGTH = %lu", length).c_str());
     }
-    inputBuffer = std::make_unique_for_overwrite<char[]>(length + 1);
-    const std::size_t received = std::fread(inputBuffer.get(), 1, length, stdin);
-    if (received == length) {
-        inputBuffer[length] = '\0';
-        ++inputBufferLength;
+    auto body = std::make_unique_for_overwrite<char[]>(length + 1);
+    const std::size_t received = std::fread(body.get(), 1, length, stdin);
+    if (received < length) {
+        FixedText<80> text;
+        text.appendf("CONTENT_LENGTH is %lu, but only %zu bytes came\n", length, received);
+        LogError(text.c_str());
         return;
     }
-    FixedText<80> text;
-    text.appendf("CONTENT_LENGTH is %lu, but only %zu bytes came\n", length, received);
-    LogError(text.c_str());
-    inputBuffer.reset();
-    inputBufferLength = 0;
+    body[length] = '\0';
+    inputBuffer = std::move(body);
+    inputBufferLength = length + 1;
 }
 
 // The first text written ends the header section.

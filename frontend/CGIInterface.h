@@ -24,7 +24,6 @@ public:
     const char* getInputBuffer() override;
 
 private:
-    void readContentLength();
-    void readBody();
+    void readBody(unsigned long length);
     void endHeaderSection();
 };

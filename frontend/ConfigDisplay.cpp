@@ -18,11 +18,11 @@ namespace {
 
 constexpr char kHidden[] = "HIDDEN";
 
-// The page of one operation: an operation looks up its web interface once.
+// The page of one operation. Looks up the web interface once: each look-up writes trace records.
 class PageWriter {
 public:
     // Writes the pieces in order: texts, and numbers of messages. Each is written separately, since
-    // each appears in the trace.
+    // each appears in the trace. An empty view must be terminated: its length 0 means up to there.
     template <typename... Pieces>
     void write(const Pieces&... pieces) {
         (writePiece(pieces), ...);
@@ -37,8 +37,8 @@ private:
     WebInterface& web_ = *WebInterface::Instance();
 };
 
-// Here and in the next function the field names are part of the texts, so as not to be pieces of
-// their own.
+// Here and in the next function the texts repeat field names of FormFields.h: as pieces of their
+// own these would add trace records.
 void writeNewEntryTable(PageWriter& page) {
     page.write("</TABLE>\n<P>", kNewEntryText, "</P>\n");
     page.write("<TABLE BORDER=0>\n");

@@ -115,20 +115,25 @@ void ConfigInterface::Savecfg() {
 }
 
 // Saves in the directory in which the shown file was found, unless the name has one of its own.
+// The file that Compare reads need not be this one.
 int ConfigInterface::saveEntries() {
-    FixedText<kPathSize> target;
+    FixedText<kPathSize> path;
     const char* directory = getFieldValue(kFilePathField);
     if (directory != nullptr && !isRooted(iniSaveFile)) {
-        target.append(directory);
+        path.append(directory);
     }
-    target.append(iniSaveFile);
-    dnzxtr_text(target.c_str());
-    return target.truncated() ? kFailed : iniParts.saveIniFile(target.c_str());
+    path.append(iniSaveFile);
+    dnzxtr_text(path.c_str());
+    return path.truncated() ? kFailed : iniParts.saveIniFile(path.c_str());
+}
+
+bool ConfigInterface::savesShownFile() const {
+    return iniCFGFile && *iniCFGFile == iniSaveFile;
 }
 
 void ConfigInterface::Compare() {
     const TraceScope trace("ConfigInterface::Compare");
-    if (iniCFGFile == iniSaveFile) {
+    if (savesShownFile()) {
         return;
     }
     IniFileSet target;
@@ -137,6 +142,10 @@ void ConfigInterface::Compare() {
         refuse(kFileNotReadable, iniSaveFile);
         return;
     }
+    takeOverEntriesOf(target);
+}
+
+void ConfigInterface::takeOverEntriesOf(IniFileSet& target) {
     for (NameValuePair* pair = target.getFirst(); pair != nullptr; pair = target.getNext()) {
         const char* name = pair->getName();
         if (iniParts.findPart(name) == nullptr && excludedParts.findPart(name) == nullptr) {

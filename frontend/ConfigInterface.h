@@ -55,8 +55,9 @@ public:
     // Tests every entry to save and reports every fault. Changes the value of a context to the case
     // in which it is saved.
     [[nodiscard]] int Validate();
-    // Adds the entries of another target file that the form doesn't have. Refuses the save if that
-    // file can't be read to its end.
+    // The merge of a save under another name: adds the entries of that file that the form doesn't
+    // have. Reads the file that opens under the save name, which need not be the file that the save
+    // writes. Refuses the save if that file can't be read to its end.
     void Compare();
 
     // Writes a message to the page. If `first` isn't 0, the message begins the page. The inserts
@@ -70,6 +71,8 @@ private:
     int addRow(int index);
     int addNewEntry();
     int saveEntries();
+    bool savesShownFile() const;
+    void takeOverEntriesOf(IniFileSet& target);
     int refuse(int message, const char* insert = nullptr);
 
     CGIPartSet formParts;
@@ -78,5 +81,5 @@ private:
     IniFileSet iniParts;                    // what the form wants saved
     IniFileSet excludedParts;               // the ticked rows
     const char* iniSaveFile = nullptr;      // points into formParts
-    bool isRefused = false;                 // the answer is a page of messages
+    bool isRefused = false;                 // by refuse(); tells Savecfg how Compare ended
 };

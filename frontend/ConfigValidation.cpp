@@ -91,15 +91,16 @@ void checkQueueValue(const Entry& entry, FaultReports& reports) {
 }
 
 // Gives the letters of the two words the case in which they are saved; in a faulty value of the
-// same length too, where they are in their places. The views of the entry show the change.
-void normaliseContext(const Entry& entry) {
-    char* value = entry.pair.get_oValue();
+// same length too, where they are in their places.
+void normaliseContext(NameValuePair& pair, std::size_t valueSize) {
+    char* value = pair.get_oValue();
     for (const std::string_view word : {kContextNone, kContextAll}) {
-        if (entry.value.size() == word.size()) {
-            std::transform(word.begin(), word.end(), value, value, [](char wanted, char present) {
-                return upperCase(present) == upperCase(wanted) ? wanted : present;
-            });
+        if (valueSize != word.size()) {
+            continue;
         }
+        std::transform(word.begin(), word.end(), value, value, [](char wanted, char current) {
+            return upperCase(current) == upperCase(wanted) ? wanted : current;
+        });
     }
 }
 
@@ -111,6 +112,7 @@ void checkContext(const Entry& entry, FaultReports& reports) {
 }
 
 void checkOtherValue(const Entry& entry, FaultReports& reports) {
+    // A value ends at its first space after other text, so a space here is a leading one.
     if (entry.value.find(' ') != std::string_view::npos) {
         reports.report(kValueBlank, entry);
     }
@@ -120,8 +122,9 @@ void checkOtherValue(const Entry& entry, FaultReports& reports) {
     if (entry.name == kWaitInterval && !holdsOnly(entry.value, dnzNum)) {
         reports.report(kWaitIntervalCharacter, entry);
     }
+    // After the other tests, whose reports show the value as it was.
     if (entry.name == kContext) {
-        normaliseContext(entry);
+        normaliseContext(entry.pair, entry.value.size());
         checkContext(entry, reports);
     }
 }

@@ -44,7 +44,7 @@ long ThreadObjectSet::getThreadId() {
     const TraceScope trace("getThreadId");
     const auto id = static_cast<long>(pthread_self());
     const long normalisedId = id % kSlots;
-    if (startedAndTracing()) {  // every text of the page passes here
+    if (startAndAskTracing()) {  // every text of the page passes here
         traceId("PosixThreadId", 16, id);
         traceId("ThreadId", 8, id);
         traceId("Normalised ThreadId", 8, normalisedId);

@@ -82,6 +82,7 @@ int checkRequest() {
 }
 
 int serveRequest() {
+    // The order of the two is that of their trace records.
     ConfigInterface controller;
     CGIInterface transport;
     const int status = controller.Initialize(transport.getInputBuffer());

@@ -94,17 +94,18 @@ Sections splitSections(std::string_view text) {
 
 // Folds the text at spaces into lines of at most 80 columns; a longer word stays whole.
 void fold(char* text) {
-    char* lastBlank = std::strchr(text, ' ');
+    // The last space of this line, or the next one if it has none yet.
+    char* breakAt = std::strchr(text, ' ');
     std::size_t column = 0;
-    for (char* place = text; lastBlank != nullptr && *place != '\0'; ++place, ++column) {
+    for (char* place = text; breakAt != nullptr && *place != '\0'; ++place, ++column) {
         if (column == kFoldColumns) {
-            *lastBlank = '\n';
-            place = lastBlank + 1;
+            *breakAt = '\n';
+            place = breakAt + 1;
             column = 0;
-            lastBlank = std::strchr(place, ' ');
+            breakAt = std::strchr(place, ' ');
         }
         if (*place == ' ') {
-            lastBlank = place;
+            breakAt = place;
         }
     }
 }
@@ -155,7 +156,7 @@ public:
             }
             isTruncated_ = isTruncated_ || out.truncated();
         }
-        return codeOfMarks();
+        return resultCode();
     }
 
 private:
@@ -197,13 +198,14 @@ private:
             return;
         }
         out.append(section);
+        // The prefix doesn't count: after it a section of 80 bytes isn't folded.
         if ((control_ & kFoldMessage) != 0 && section.size() > kFoldColumns) {
             fold(buffer);
         }
     }
 
     // A missing catalogue outranks a cut text, which outranks a substitute.
-    [[nodiscard]] std::int32_t codeOfMarks() const {
+    [[nodiscard]] std::int32_t resultCode() const {
         if (!catalogue_.isOpen()) {
             return xecE_E_MSG_FILE_NOT_LOADED;
         }

@@ -12,7 +12,8 @@ namespace dnz {
 // How a message is laid out.
 constexpr std::int32_t kPrefixedMessage = 2;  // begins with "NZLnnnn: "
 constexpr std::int32_t kPlainMessage = 3;
-constexpr std::int32_t kFoldMessage = 8;  // added to either: folds lines at 80 columns
+// Added to either: folds the first section at 80 columns, if it is longer without the prefix.
+constexpr std::int32_t kFoldMessage = 8;
 
 }  // namespace dnz
 

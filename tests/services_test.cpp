@@ -172,7 +172,7 @@ TEST_F(Services, StartOnceUnderANameInAProcessAndStopForGood) {
     EXPECT_EQ(xtrTraceIsOn + xtrUserTrace, 2);
     for (void (*call)() :
          {+[] { dnzxtr_text("text"); }, +[] { dnzxtr_exit("exit", 0); },
-          +[] { TraceScope scope("scope"); }, +[] { static_cast<void>(startedAndTracing()); },
+          +[] { TraceScope scope("scope"); }, +[] { static_cast<void>(startAndAskTracing()); },
           +[] { dnz_xcsWYRD(nullptr, 1, 1, {}); }, +[] { MessageText(1000); }}) {
         dnzcsaInit = 0;
         call();

@@ -250,7 +250,10 @@ std::int32_t convertPcSection(Walk& walk, const LeadBytes& leadBytes) {
     return kServiceOk;
 }
 
-// Converts the sections that begin here, at most one for each range of lead bytes, in order.
+// Converts the section that begins here. It ends before a byte that isn't a lead byte, or where the
+// source has one byte left or the target no space for another pair. There a lead byte of a later
+// range begins another section, which fails for lack of bytes or space; one of the same or an
+// earlier range is left to the caller.
 template <bool Adds>
 std::int32_t convertPcSections(Walk& walk, const LeadBytes& leadBytes) {
     unsigned char lastRange = 0;

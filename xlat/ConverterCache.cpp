@@ -38,7 +38,7 @@ constexpr std::size_t kReachableTableSize = 0x10000;
 constexpr char kNoPagesKey[] = "00000000";
 constexpr std::size_t kTableNameLength = 12;  // a key and an extension
 
-constexpr std::int32_t kNotFound = -1;
+constexpr std::int32_t kNotLoaded = -1;
 
 using TableBytes = std::unique_ptr<unsigned char[]>;
 
@@ -52,14 +52,14 @@ bool isInUse(const ConvSlot& slot) {
     return std::memcmp(slot.tag, kInUseTag, kTagSize) == 0;
 }
 
-// The part of the handle of a loaded table, or kNotFound.
+// The part of the handle of a loaded table, or kNotLoaded.
 std::int32_t findPart(std::string_view key) {
     for (std::int32_t number = 0; number < iconv_list_size; ++number) {
         if (isInUse(iconv_list[number]) && key == iconv_list[number].key) {
             return number + 1;
         }
     }
-    return kNotFound;
+    return kNotLoaded;
 }
 
 bool enlargeList() {
@@ -75,16 +75,16 @@ bool enlargeList() {
     return true;
 }
 
-// The number of a slot that may be filled, or kNotFound if the list is full.
-std::int32_t slotToFill() {
+// A slot that may be filled, or null if there is no space for another.
+ConvSlot* slotToFill() {
     std::int32_t number = 0;
     while (number < iconv_list_size && isInUse(iconv_list[number])) {
         ++number;
     }
     if (number == kMostSlots || (number == iconv_list_size && !enlargeList())) {
-        return kNotFound;
+        return nullptr;
     }
-    return number;
+    return &iconv_list[number];
 }
 
 // A file in a directory whose name was cut counts as missing.
@@ -172,23 +172,22 @@ int fillSlot(ConvSlot& slot, const TableKind& kind) {
     return kind.load(file, slot);
 }
 
-// Loads a table; returns its part of the handle, or kNotFound with errno set.
+// Loads a table; returns its part of the handle, or kNotLoaded with errno set.
 std::int32_t loadTable(std::string_view key, std::int32_t leadByteClass, const TableKind& kind) {
-    const std::int32_t number = slotToFill();
-    if (number == kNotFound) {
+    ConvSlot* slot = slotToFill();
+    if (slot == nullptr) {
         errno = ENOMEM;
-        return kNotFound;
+        return kNotLoaded;
     }
-    ConvSlot& slot = iconv_list[number];
-    BoundedText(slot.key).append(key);
-    slot.leadByteClass = leadByteClass;
-    const int error = fillSlot(slot, kind);
-    std::memcpy(slot.tag, error == 0 ? kInUseTag : kGivenUpTag, kTagSize);
+    BoundedText(slot->key).append(key);
+    slot->leadByteClass = leadByteClass;
+    const int error = fillSlot(*slot, kind);
+    std::memcpy(slot->tag, error == 0 ? kInUseTag : kGivenUpTag, kTagSize);
     if (error != 0) {
         errno = error;
-        return kNotFound;
+        return kNotLoaded;
     }
-    return number + 1;
+    return static_cast<std::int32_t>(slot - iconv_list) + 1;
 }
 
 // The key of a table, which identifies both its file and its slot.
@@ -199,7 +198,7 @@ public:
         text_.append(target);
     }
 
-    // The part of the handle if no table has to be loaded for it, else kNotFound.
+    // The part of the handle if no table has to be loaded for it, else kNotLoaded.
     [[nodiscard]] std::int32_t resolve() const {
         if (text() == kNoPagesKey) {
             return kNoPart;
@@ -227,13 +226,13 @@ std::int32_t xxxOpenConv(const char* targetSbcs, const char* targetDbcs, const c
     const ConverterKey doubleByteKey(sourceDbcs, targetDbcs);
     std::int32_t singleBytePart = singleByteKey.resolve();
     std::int32_t doubleBytePart = doubleByteKey.resolve();
-    if (singleBytePart == kNotFound) {
+    if (singleBytePart == kNotLoaded) {
         singleBytePart = loadTable(singleByteKey.text(), 0, kSingleByteKind);
     }
-    if (doubleBytePart == kNotFound && singleBytePart != kNotFound) {
+    if (doubleBytePart == kNotLoaded && singleBytePart != kNotLoaded) {
         doubleBytePart = loadTable(doubleByteKey.text(), leadByteClass, kDoubleByteKind);
     }
-    const bool hasBoth = singleBytePart != kNotFound && doubleBytePart != kNotFound;
+    const bool hasBoth = singleBytePart != kNotLoaded && doubleBytePart != kNotLoaded;
     return trace.exitWith(hasBoth ? singleBytePart * kHandleBase + doubleBytePart : kNoHandle);
 }
 

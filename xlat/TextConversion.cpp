@@ -22,7 +22,7 @@ namespace {
 // An unknown encoding class gives no direction.
 constexpr ConvMode kNoMode{};
 
-// The sides contain the pages that take part. Between equal CCSIDs none does.
+// The sides contain the pages that take part.
 struct Conversion {
     CCSIDEntry from;
     CCSIDEntry to;
@@ -47,6 +47,8 @@ bool loadSide(CCSIDEntry& side, std::int32_t ccsid) {
     return node != nullptr;
 }
 
+// Equal CCSIDs need no table entry: both sides stay without pages, so they count as equal and the
+// text is copied.
 std::int32_t loadSides(Conversion& conversion, std::int32_t fromCCSID, std::int32_t toCCSID) {
     if (fromCCSID == toCCSID) {
         return kServiceOk;
@@ -94,13 +96,16 @@ bool isPc(const CCSIDEntry& side) {
 }
 
 ConvMode modeOf(const CCSIDEntry& from, const CCSIDEntry& to) {
-    if (isHost(from)) {
-        return isHost(to) ? ConvHostToHost : isPc(to) ? ConvHostToPC : kNoMode;
+    if (isHost(from) && isHost(to)) {
+        return ConvHostToHost;
     }
-    if (isPc(from)) {
-        return isHost(to) ? ConvPCToHost : isPc(to) ? ConvPCToPC : kNoMode;
+    if (isHost(from) && isPc(to)) {
+        return ConvHostToPC;
     }
-    return kNoMode;
+    if (isPc(from) && isHost(to)) {
+        return ConvPCToHost;
+    }
+    return isPc(from) && isPc(to) ? ConvPCToPC : kNoMode;
 }
 
 // Mixed text can only be read and written where the encoding of both sides is known.

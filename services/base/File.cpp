@@ -15,9 +15,8 @@ namespace {
 constexpr mode_t kByUmask = 0666;
 constexpr mode_t kOwnerOnly = 0600;
 
-// Doesn't wait for the other end of a pipe, but does wait for a process that has a lease on the
-// file.
-FileDescriptor openUnlessPipe(const char* path, int flags) {
+// Waits only for a process that has a lease on the file, not for the other end of a pipe.
+FileDescriptor openWithoutWaiting(const char* path, int flags) {
     const int allFlags = flags | O_NOCTTY | O_CLOEXEC;
     FileDescriptor file(::open(path, allFlags | O_NONBLOCK, kByUmask));
     // This error means a lease, which only regular files have.
@@ -28,7 +27,7 @@ FileDescriptor openUnlessPipe(const char* path, int flags) {
 }
 
 FileDescriptor openRegular(const char* path, int flags) {
-    FileDescriptor file = openUnlessPipe(path, flags);
+    FileDescriptor file = openWithoutWaiting(path, flags);
     struct stat status {};
     if (!file.isOpen() || fstat(file.number(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return {};

@@ -64,8 +64,8 @@ private:
 // opened.
 [[nodiscard]] StreamHandle openEmptiedStream(const char* path);
 
-// Reads a file until a read returns nothing. A stream would do, but makes more system calls, and a
-// request takes hardly longer than its system calls.
+// Reads a file until a read returns nothing. A stream needs more system calls, and they are, with
+// the start of the process, most of a request's time.
 class FileReader {
 public:
     FileReader() {}

@@ -12,7 +12,8 @@ constexpr std::size_t kFunctionNameSize = 40;
 
 // Writes the entry record when it is made and the exit record when it is destroyed, on every way
 // out. Declare it first in a function, so that the records of other locals come between the two.
-// The labels are borrowed. `Enter` returns the row in which to store the label, or null.
+// The labels are borrowed. `Enter` returns the row in which to store the label, or null;
+// `EntryRecord` is `Enter` plus storing the label, cut to the row.
 template <char* (*Enter)(const char*), void (*EntryRecord)(const char*),
           void (*ExitRecord)(const char*, std::int32_t)>
 class BasicTraceScope {

@@ -45,6 +45,7 @@ constexpr std::int32_t reduceProcessId(std::int32_t processId) {
 std::int32_t reducedProcessId();
 
 // The first four bytes of the service name, with which the names of its variables and files begin.
+// Call it only while the services are started.
 std::string_view serviceStem();
 
 // The value of the environment variable whose name is the stem and `suffix`, such as DNZ_TRACE for

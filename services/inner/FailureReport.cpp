@@ -43,7 +43,7 @@ void printRow(const char* row, std::FILE* stream) {
 
 // The current time in the format of ctime, without its line feed. Borrowed from the C library,
 // since a report may be about storage that can't be obtained.
-std::string_view presentTime() {
+std::string_view currentTime() {
     const std::time_t now = std::time(nullptr);
     const std::string_view text = viewOf(std::ctime(&now));
     return text.substr(0, text.find('\n'));
@@ -96,7 +96,7 @@ std::int32_t CreateWYRD(const char* functionName, std::int32_t probe, xcsINSERTS
     if (fdcFile == nullptr) {
         return kServiceOk;
     }
-    const std::string_view time = presentTime();
+    const std::string_view time = currentTime();
     char line[kReportLineSize];
     char majorCode[kReturnCodeTextSize];
     char minorCode[kReturnCodeTextSize];

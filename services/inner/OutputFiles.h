@@ -16,8 +16,9 @@ inline const char* outputDirectory() {
     return isNullOrEmpty(directory) ? nullptr : directory;
 }
 
-// The name of a file of this process, such as DNZ04711.TRC: eight characters from the service name
-// and the reduced process id, a period and `extension`.
+// The name of a file of this process, such as DNZ04711.TRC: the stem of the service name, five
+// digits of the reduced process id if the stem has three characters, else four, a period and
+// `extension`. Make it only while the services are started.
 class OutputFileName : public FixedText<16> {
 public:
     explicit OutputFileName(const char* extension) {

@@ -40,7 +40,8 @@ private:
 constexpr std::int32_t kColumnsPerLevel = 2;
 
 // The "hh:mm:ss" inside the text of ctime, asked for once a second, or when the zone changes: where
-// the environment names no zone, ctime looks at the system's each time.
+// the environment names no zone, ctime looks at the system's each time. Comparing the pointer
+// to the zone is enough, since a new value is at another place.
 const char* timeOfDay() {
     constexpr std::size_t kOffset = 11;
     static char text[] = "--:--:--";
@@ -110,7 +111,7 @@ void writeDumpRecord(const unsigned char* bytes, std::size_t length) {
 }
 
 // The first entry, and every one for which there is no storage.
-[[gnu::cold, gnu::noinline]] char* enterWithoutStack(const char* functionName) {
+[[gnu::cold, gnu::noinline]] char* createStackAndEnter(const char* functionName) {
     pCtl = new (std::nothrow) FunctionStackBlock;
     if (pCtl == nullptr) {
         return traceEntry(functionName, 0, nullptr);
@@ -130,7 +131,7 @@ char* dnz::enterFunction(const char* functionName) {
         return nullptr;
     }
     if (pCtl == nullptr) {
-        return enterWithoutStack(functionName);
+        return createStackAndEnter(functionName);
     }
     const std::int32_t depth = pCtl->depth++;
     char* row = depth < kFunctionStackLimit ? pCtl->names[depth] : nullptr;

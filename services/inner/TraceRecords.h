@@ -18,7 +18,7 @@ constexpr std::size_t kReturnCodeTextSize = 63;
 constexpr std::int32_t kTextRecord = 0;
 constexpr std::int32_t kDumpRecord = 1;
 
-// Whether records are written at present; lets callers skip building a text.
+// Whether records are currently written; lets callers skip building a text.
 [[nodiscard]] bool isTracing();
 
 }  // namespace dnz

@@ -18,11 +18,11 @@ constexpr int kLineSize = 255;  // 254 characters and a terminator
 constexpr int kOverwrite = 1;
 
 void addProductDirectories() {
-    const char* present = std::getenv("PATH");
-    if (present != nullptr && std::strstr(present, kDataDirectory) != nullptr) {
+    const char* current = std::getenv("PATH");
+    if (current != nullptr && std::strstr(current, kDataDirectory) != nullptr) {
         return;
     }
-    std::string path = present != nullptr ? present : "";
+    std::string path = current != nullptr ? current : "";
     if (!path.empty() && path.back() != ':') {
         path.append(":");
     }

@@ -31,12 +31,12 @@ void startServicesOnce() {
 
 }  // namespace
 
-bool dnz::startedAndTracing() {
+bool dnz::startAndAskTracing() {
     startServicesOnce();
     return isTracing();
 }
 
-char* dnz::startedAndEntered(const char* functionName) {
+char* dnz::startAndEnter(const char* functionName) {
     startServicesOnce();
     return enterFunction(functionName);
 }

@@ -37,14 +37,14 @@ std::int32_t dnz_xcsWYRD(const void* unused, std::uint16_t functionIndex, std::i
 
 namespace dnz {
 
-// Whether trace records are written at present; lets callers skip building a text.
-[[nodiscard]] bool startedAndTracing();
+// Starts the services if need be. Whether records are written; lets callers skip building a text.
+[[nodiscard]] bool startAndAskTracing();
 
 // Starts the services if need be and writes an entry record. Returns the row of the function stack
 // in which the caller stores the name, or null.
-char* startedAndEntered(const char* functionName);
+char* startAndEnter(const char* functionName);
 
 // Traces one operation of config/ or frontend/.
-using TraceScope = BasicTraceScope<startedAndEntered, dnzxtr_entry, dnzxtr_exit>;
+using TraceScope = BasicTraceScope<startAndEnter, dnzxtr_entry, dnzxtr_exit>;
 
 }  // namespace dnz

@@ -16,9 +16,8 @@ using namespace dnz;
 namespace {
 
 bool isStarted(std::string_view name) {
-    return xnzCSCtrl != nullptr &&
-           std::memcmp(xnzCSCtrl->programName, xnzCSCtrl->serviceName, name.size()) == 0 &&
-           std::memcmp(xnzCSCtrl->programName, name.data(), name.size()) == 0 &&
+    return xnzCSCtrl != nullptr && std::string_view(xnzCSCtrl->programName).starts_with(name) &&
+           std::string_view(xnzCSCtrl->serviceName).starts_with(name) &&
            xnzCSCtrl->processId == reducedProcessId();
 }
 
