@@ -115,7 +115,9 @@ TEST_F(Classes, FindSettingsForOtherPrograms) {
     writeFile("other.ini", "b request\nNZIGwQueueManager QM2\n");
     writeFile("dnz.ini", "b default\nc default\nNZIGwQueueManager QM1\n");
     struct : Cache {
-        void write(const char* text, long length) override { written.append(text, length); }
+        void write(const char* text, long length) override {
+            written.append(text, static_cast<std::size_t>(length));
+        }
         std::string written;
     } cache;
     setVariable("GATEWAY_INTERFACE", "Zz 9/");
