@@ -14,8 +14,8 @@ import unittest
 from program import BUILD, CACHE, ROOT, form, messages, run
 
 PROGRAM = BUILD / 'frontend/dnzcnf'
-OLD = b'T 5 #only there\n'
-NEW = b'A 11 #first\nB 2 # \nC 3 #third\n' + OLD
+OLD, OWN = b'0 5 #only there\n', b'A 11 #first\nB 2 # \nC 3 #third\n'
+NEW = OLD + OWN
 FILES = {'dnz.ini': b'A 1 #first\nB 2 # \nGone x # \n', 'target.ini': OLD,
          'dnzcnf2.htm': b'<FORM>\n', 'dnzcnf3.htm': b'</FORM>\n'}
 OPEN = {'dnzcnf': 'open', 'dnzINIfile': 'dnz.ini'}
@@ -83,8 +83,8 @@ class Faults(unittest.TestCase):
             inject = f'inject={call}:{fault}:when={calls[:place + 1].count(call)}'
             with self.subTest(inject), self.folder() as folder:
                 answer = self.request(folder, SAVE, *TRACED, '/dev/null', '-e', inject, PROGRAM)
-                # A target that can't be opened counts as one without entries.
-                self.check(folder, answer, OLD, NEW)
+                # A target that can't be opened counts as empty; one that can't be read is kept.
+                self.check(folder, answer, OLD, OLD if call == 'read' else OWN, NEW)
                 self.assertEqual('KILL' in fault, answer.code == -signal.SIGKILL)
 
     def test_lost_client_and_full_disk(self):

@@ -1,8 +1,4 @@
-"""Runs the cases of a file against the program, in one fresh folder and with no environment but the
-one they name. Whole answers and whole files are compared. Unless the cases trace by themselves,
-they run a second time with tracing on: nothing may change, and each trace has to explain itself.
-
-docs/request-cases.md tells how cases are written."""
+"""Runs the cases of a file, which docs/request-cases.md explains, against the program."""
 import collections
 import difflib
 import os
