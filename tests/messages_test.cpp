@@ -131,7 +131,10 @@ TEST_F(Services, HandOutInserts) {
           });
     char** values = nullptr;
     std::int32_t count = 0;
-    EXPECT_EQ(xcsConvertInserts(-1, {.text2 = "b"}, kInsertCcsid, &values, &count), 0);
+    const std::string records = traced([&] {
+        EXPECT_EQ(xcsConvertInserts(-1, {.text2 = "b"}, kInsertCcsid, &values, &count), 0);
+    });
+    EXPECT_EQ(callsOf(records), "xcsConvertInserts ");
     EXPECT_EQ(std::vector<std::string>(values, values + count),
               std::vector<std::string>({"0", "0", "", "b", "", "-1", "0", "0"}));
     std::free(values);

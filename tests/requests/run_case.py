@@ -15,7 +15,6 @@ CASES = pathlib.Path(sys.argv[1])
 FIXTURES = pathlib.Path(__file__).parent / 'fixtures'
 ENCODING = 'latin-1'  # bytes pass through unchanged
 MESSAGES = program.messages(encoding=ENCODING)
-NEW_FIELDS = ('dnzNewName', 'dnzNewValue', 'dnzNewDesc')
 
 
 def read(path):
@@ -125,10 +124,10 @@ class Case:
                   '': {}}[self.kind]
         if self.kind == 'save':
             for new, row, *_ in self.rows:
-                kinds = [f'{kind}{fields["dnzNumPairs"]}' for kind in 'nvde']
+                names = ['dnzNewName', 'dnzNewValue', 'dnzNewDesc'] if new else [
+                    f'{kind}{fields["dnzNumPairs"]}' for kind in 'nvde']
                 fields['dnzNumPairs'] += not new
-                fields.update((kind, cell) for kind, cell in zip(
-                    NEW_FIELDS if new else kinds, cells(row)) if cell)
+                fields.update((name, cell) for name, cell in zip(names, cells(row)) if cell)
         if self.kind in ('save', 'back'):
             fields.update(dnzINIsave=name or fields['dnzINIsave'], dnzSave='Save')
         fields.update(self.changes('with'))
