@@ -90,7 +90,7 @@ NameValuePair* newPart(const char* name, const char* text) {
 void openBySearch(FileReader& file, const std::string& name,
                   std::optional<std::string>& directory) {
     char path[kPathSize];
-    if (name.size() >= kPathSize ||
+    if (BoundedText(path).append(name).truncated() ||
         findfileinpath("PATH", name.c_str(), path, static_cast<int>(kPathSize)) != kDone) {
         return;
     }

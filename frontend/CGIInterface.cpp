@@ -42,6 +42,8 @@ CGIInterface::CGIInterface() {
 CGIInterface::~CGIInterface() {
     const TraceScope trace("CGIInterface::~CGIInterface");
     configurationSet.reset();  // here, so that its trace records come before the exit record
+    inputBuffer.reset();
+    inputBufferLength = 0;
 }
 
 char* CGIInterface::InterfaceType() {

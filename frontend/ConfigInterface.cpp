@@ -204,10 +204,10 @@ int ConfigInterface::addRow(int index) {
         return getFieldValue(FieldName(kind, index).text());
     };
     char* name = field(kNameKind);
+    stripTrailingBlanks(name);
     const char* value = field(kValueKind);
     const char* description = field(kDescriptionKind);
     IniFileSet& entries = field(kExcludeKind) != nullptr ? excludedParts : iniParts;
-    stripTrailingBlanks(name);
     if (isNullOrEmpty(name)) {
         return kFailed;
     }

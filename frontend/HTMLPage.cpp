@@ -8,6 +8,7 @@
 #include "frontend/interface/WebInterface.h"
 #include "services/base/File.h"
 #include "services/base/Path.h"
+#include "services/base/Text.h"
 #include "services/outer/MessageText.h"
 #include "services/outer/ServiceCalls.h"
 
@@ -88,6 +89,7 @@ long HTMLPage::writeToStdout() {
     FileReader file(openRegularFile(name));
     if (!file.isOpen()) {
         char path[kPathSize];
+        BoundedText(path).append(name);
         if (findfileinpath("PATH", name, path, static_cast<int>(kPathSize)) == kFailed) {
             writeMissingPage(web, name);
             return trace.exitWith(kFailed);

@@ -80,7 +80,8 @@ void expand(std::string_view text, ReplacementOf replacementOf, Emit emit) {
 void reportNoStorage(const char* functionName, std::int32_t probe, std::int32_t majorCode,
                      const char* comment) {
     if (xnzCSCtrl != nullptr && xnzCSCtrl->inFailureReport != 1) {
-        xnz_xcsWYRD(functionName, probe, {.number1 = majorCode, .text1 = comment});
+        xnz_xcsWYRD(functionName, probe,
+                    {.number1 = majorCode, .text1 = comment, .text2 = " ", .text3 = " "});
     }
 }
 
@@ -134,7 +135,7 @@ std::int32_t xcsConvertInserts(std::int32_t number, xcsINSERTS inserts, std::int
     const InsertValues values(number, inserts);
     auto* block = static_cast<char**>(std::calloc(tableSize(values), 1));
     if (block == nullptr) {
-        reportNoStorage("xcsConvertInserts", 2, xecS_E_NONE, nullptr);
+        reportNoStorage("xcsConvertInserts", 2, xecS_E_NONE, " ");
         return trace.exitWith(xecS_E_NONE);
     }
     fillTable(block, values);

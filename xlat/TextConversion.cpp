@@ -127,7 +127,9 @@ std::int32_t openFailure(int error) {
         xnz_xcsWYRD("xcsConvertString", 1,
                     {.number1 = NZRC_NOT_CONVERTED,
                      .number2 = error,
-                     .text1 = "Unexpected Error from xxxOpenConv"});
+                     .text1 = "Unexpected Error from xxxOpenConv",
+                     .text2 = " ",
+                     .text3 = " "});
     }
     return NZRC_NOT_CONVERTED;
 }

@@ -14,7 +14,7 @@
 extern std::FILE* fdcFile;
 
 // Reports a failure in `functionName` at the place `probe`. In the inserts number1 is the major
-// code, number2 the minor code, and the texts are the comments, null for none. Always 0.
+// code, number2 the minor code, and the texts are the comments, " " for none. Always 0.
 std::int32_t xnz_xcsWYRD(const char* functionName, std::int32_t probe, xcsINSERTS inserts);
 
 // Writes one report to the open report file, if there is one. Always 0.

@@ -27,7 +27,8 @@ std::int32_t reportUnopenedTraceFile(const char* path, int error) {
                 {.number1 = xecX_E_SERVICE_UNAVAILABLE,
                  .number2 = error,
                  .text1 = "Unable to open trace file",
-                 .text2 = path});
+                 .text2 = path,
+                 .text3 = " "});
     return xecX_E_SERVICE_UNAVAILABLE;
 }
 
