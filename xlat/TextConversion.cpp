@@ -61,7 +61,7 @@ std::int32_t loadSides(Conversion& conversion, std::int32_t fromCCSID, std::int3
 
 void dropDoubleBytes(CCSIDEntry& side) {
     side.dbcsPage = 0;
-    BoundedText(side.dbcsPageHex).append("0000");
+    BoundedText(side.dbcsPageHex).append(CCSIDEntry().dbcsPageHex);
 }
 
 // Text that is single-byte on one side counts as single-byte on the other.
